@@ -1,0 +1,27 @@
+include(CMakePackageConfigHelpers)
+
+install(TARGETS keltemporalxmp EXPORT keltemporalxmpTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY include/keltemporalxmp DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+foreach(layer xmptoolkit kelcore kelmediatypes kelmetadata)
+  install(DIRECTORY platform/${layer}/include/${layer} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endforeach()
+
+install(EXPORT keltemporalxmpTargets
+  NAMESPACE keltemporalxmp::
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/keltemporalxmp)
+configure_package_config_file(cmake/keltemporalxmpConfig.cmake.in
+  ${CMAKE_CURRENT_BINARY_DIR}/keltemporalxmpConfig.cmake
+  INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/keltemporalxmp)
+write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/keltemporalxmpConfigVersion.cmake
+  COMPATIBILITY SameMinorVersion)
+install(FILES
+  ${CMAKE_CURRENT_BINARY_DIR}/keltemporalxmpConfig.cmake
+  ${CMAKE_CURRENT_BINARY_DIR}/keltemporalxmpConfigVersion.cmake
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/keltemporalxmp)
+
+configure_file(cmake/keltemporalxmp.pc.in ${CMAKE_CURRENT_BINARY_DIR}/keltemporalxmp.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/keltemporalxmp.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
