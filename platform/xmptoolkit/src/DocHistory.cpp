@@ -6,6 +6,8 @@
 
 #include <xmptoolkit/TXMPUtils.hpp>
 
+#include "ToolkitCall.hpp"
+
 namespace xmptoolkit_detail {
 namespace {
 
@@ -77,11 +79,8 @@ bool ChangedAnyPart(const RecordedChange& change, const std::vector<XMP_StringPt
 
 void CheckPartNames(const std::vector<XMP_StringPtr>& parts, XMP_StringPtr operation) {
     for (XMP_StringPtr part : parts) {
-        if (part == nullptr || part[0] != '/') {
-            const std::string message = std::string(operation) + ": part name must start with \"/\": \"" +
-                                        (part ? part : "(null)") + "\"";
-            throw XMP_Error(kXMPErr_BadParam, message.c_str());
-        }
+        if (part == nullptr || part[0] != '/')
+            RaiseError(kXMPErr_BadParam, operation, part != nullptr ? part : "(null)", "part names start with \"/\"");
     }
 }
 

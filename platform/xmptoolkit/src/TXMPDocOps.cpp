@@ -6,6 +6,7 @@
 #include <xmptoolkit/TXMPUtils.hpp>
 
 #include "DocHistory.hpp"
+#include "ToolkitCall.hpp"
 
 namespace {
 
@@ -99,7 +100,7 @@ void TXMPDocOps<tStringObj>::OpenXMP(TXMPMeta<tStringObj>* xmpMeta, XMP_StringPt
 template <class tStringObj>
 void TXMPDocOps<tStringObj>::BranchXMP(TXMPDocOps* derivedDoc, TXMPMeta<tStringObj>* derivedMeta,
                                        XMP_StringPtr mimeType, XMP_OptionBits) const {
-    if (derivedDoc == nullptr) throw XMP_Error(kXMPErr_BadParam, "TXMPDocOps::BranchXMP: null derived document");
+    xmptoolkit_detail::RequireArgument(derivedDoc, "TXMPDocOps::BranchXMP", "derived document");
 
     const tStringObj sourceInstanceID = GetMMProperty(m_meta, "InstanceID");
     const tStringObj sourceDocumentID = GetMMProperty(m_meta, "DocumentID");
@@ -209,7 +210,7 @@ void TXMPDocOps<tStringObj>::EnsureIDsExist(XMP_OptionBits) {
 
 template <class tStringObj>
 void TXMPDocOps<tStringObj>::CreateID(XMP_StringPtr prefix, tStringObj* id) {
-    if (id == nullptr) throw XMP_Error(kXMPErr_BadParam, "TXMPDocOps::CreateID: null output string");
+    xmptoolkit_detail::RequireArgument(id, "TXMPDocOps::CreateID", "output string");
     *id = tStringObj(prefix != nullptr ? prefix : "") + kelcore::Guid::CreateUnique().AsUTF8String();
 }
 
