@@ -43,14 +43,22 @@ void PutAndClose(XmpFilePtr file, const std::string& packet, const std::string& 
     RequireSuccess(closed, kClose, path, kXMPErr_ExternalFailure);
 }
 
+// Opened for update, the toolkit pads a truncated file with zeros as soon as
+// it reads it, while opening it for reading refuses it; so a file is first
+// opened for reading, and only a file that passes is opened for update.
+XmpFilePtr OpenCheckedToolkitFile(const std::string& path, XMP_OptionBits openFlags) {
+    if ((openFlags & kXMPFiles_OpenForUpdate) != 0)
+        ReleaseToolkitFile(OpenToolkitFile(path, (openFlags & ~kXMPFiles_OpenForUpdate) | kXMPFiles_OpenForRead));
+    return OpenToolkitFile(path, openFlags);
+}
+
 // A put is held back until CloseFile, so a file that is closed without writing
-// is never touched. The safe write does not use the toolkit's own safe update:
-// when that fails on a malformed file it leaves the file rewritten, so here the
-// toolkit updates a copy that replaces the file only once it succeeded.
+// is never touched. The safe write works on a copy that replaces the file only
+// once the toolkit has updated it: whatever fails, the file stays as it was.
 class MediaFile final : public FileHandle {
 public:
     MediaFile(const std::string& path, XMP_OptionBits openFlags)
-        : m_path(path), m_openFlags(openFlags), m_file(OpenToolkitFile(path, openFlags)) {}
+        : m_path(path), m_openFlags(openFlags), m_file(OpenCheckedToolkitFile(path, openFlags)) {}
 
     ~MediaFile() override {
         if (m_file != nullptr) ReleaseToolkitFile(m_file);
