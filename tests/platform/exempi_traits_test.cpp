@@ -86,6 +86,16 @@ TEST_F(ExempiTraits, FailedParsePrintsOnCerrAndKeepsPartialTree) {
     EXPECT_EQ(Value(kDC, "format"), "a");
 }
 
+// So a packet round trip is no deep copy.
+TEST_F(ExempiTraits, ParsingMakesALoneLanguageAgreeWithTheDefault) {
+    ASSERT_TRUE(Parse("<x:xmpmeta xmlns:x='adobe:ns:meta/'>" + kRdfOpen +
+                      "<rdf:Description rdf:about=''><dc:title><rdf:Alt><rdf:li xml:lang='x-default'>Hello</rdf:li>"
+                      "<rdf:li xml:lang='de'>Hallo</rdf:li></rdf:Alt></dc:title></rdf:Description></rdf:RDF>"
+                      "</x:xmpmeta>"));
+    EXPECT_EQ(Value(kDC, "title[2]/?xml:lang"), "de");
+    EXPECT_EQ(Value(kDC, "title[2]"), "Hello");
+}
+
 // Copying alt-text item by item (value, then its xml:lang) is faithful; the
 // localized-text calls are not a copy: they invent an x-default and rewrite
 // items that share the old default's value.

@@ -1,7 +1,6 @@
 #include "TreeWalk.hpp"
 
 #include "ToolkitCall.hpp"
-#include "XmpText.hpp"
 
 namespace xmptoolkit_detail {
 
@@ -21,18 +20,16 @@ TreeWalk::~TreeWalk() {
 }
 
 bool TreeWalk::Next(TreeNode* node) {
-    XmpText schemaNS;
-    XmpText path;
-    XmpText value;
     uint32_t options = 0;
     // The end of the walk is a plain false.
     const bool found = CallToolkit([&] {
-                           return xmp_iterator_next(m_iterator, schemaNS.Get(), path.Get(), value.Get(), &options);
+                           return xmp_iterator_next(m_iterator, m_schemaNS.Get(), m_path.Get(), m_value.Get(),
+                                                    &options);
                        }).m_succeeded;
     if (found) {
-        schemaNS.CopyTo(&node->m_schemaNS);
-        path.CopyTo(&node->m_path);
-        value.CopyTo(&node->m_value);
+        m_schemaNS.CopyTo(&node->m_schemaNS);
+        m_path.CopyTo(&node->m_path);
+        m_value.CopyTo(&node->m_value);
         node->m_options = options;
     }
     return found;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "MetaTree.hpp"
+#include "XmpText.hpp"
 
 namespace xmptoolkit_detail {
 
@@ -33,6 +34,9 @@ public:
 private:
     std::shared_ptr<XmpObject> m_object;
     XmpIteratorPtr m_iterator = nullptr;
+    XmpText m_schemaNS;
+    XmpText m_path;
+    XmpText m_value;
 };
 
 // The top-level properties of every schema, in order.
