@@ -12,8 +12,6 @@ using kelcore::Guid;
 
 namespace {
 
-const std::string kCanonical = "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b";
-
 Guid HashOf(const std::string& text) {
     kelcore::HashValueMixerState state;
     kelcore::UpdateHashState(state, text.data(), text.size());
@@ -24,41 +22,27 @@ Guid HashOf(const std::string& text) {
 
 }  // namespace
 
-TEST(KelcoreGuid, DefaultIsNil) {
+TEST(KelcoreGuid, ParsesEveryAcceptedFormAndPrintsLowerCase) {
     EXPECT_TRUE(Guid().IsNil());
     EXPECT_EQ(Guid().AsUTF8String(), "00000000-0000-0000-0000-000000000000");
-    EXPECT_EQ(Guid(), Guid("00000000-0000-0000-0000-000000000000"));
-}
-
-TEST(KelcoreGuid, ParsesEveryAcceptedFormToTheSameValue) {
-    for (const std::string& text : {kCanonical, std::string("{") + kCanonical + "}",
-                                   std::string("0123ABCD-4567-89EF-0A1B-2C3D4E5F6A7B"),
-                                   std::string("{0123aBcD-4567-89eF-0a1B-2c3d4e5f6a7b}")}) {
+    const std::string canonical = "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b";
+    for (const std::string& text : {canonical, "{" + canonical + "}", std::string("0123ABCD-4567-89EF-0A1B-2C3D4E5F6A7B"),
+                                    std::string("{0123aBcD-4567-89eF-0a1B-2c3d4e5f6a7b}")}) {
         SCOPED_TRACE(text);
         EXPECT_TRUE(Guid::IsParsableGuidString(text));
-        EXPECT_EQ(Guid(text).AsUTF8String(), kCanonical);
+        EXPECT_EQ(Guid(text).AsUTF8String(), canonical);
     }
-    EXPECT_EQ(Guid(kCanonical).GetBytes()[0], 0x01);
-    EXPECT_EQ(Guid(kCanonical).GetBytes()[15], 0x7b);
+    EXPECT_EQ(Guid(canonical).GetBytes()[0], 0x01);
+    EXPECT_EQ(Guid(canonical).GetBytes()[15], 0x7b);
 }
 
 TEST(KelcoreGuid, RejectsMalformedTexts) {
-    const char* const invalid[] = {
-        "",
-        "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7",      // one digit short
-        "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b0",    // one digit long
-        "0123abcd04567-89ef-0a1b-2c3d4e5f6a7b",     // hyphen replaced
-        "0123abcd-4567-89ef-0a1b2-c3d4e5f6a7b",     // hyphen moved
-        "0123abcg-4567-89ef-0a1b-2c3d4e5f6a7b",     // not hex
-        "{0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b",    // brace not closed
-        "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b}",    // brace not opened
-        "(0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b)",   // wrong brackets
-        " 0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b",    // leading space
-        "0123abcd45678 9ef0a1b2c3d4e5f6a7b000",     // no hyphens
-        "{{0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b}}", // doubled braces
-        "+123abcd-4567-89ef-0a1b-2c3d4e5f6a7b",     // sign
-    };
-    for (const char* text : invalid) {
+    for (const char* text : {"", "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7", "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b0",
+                             "0123abcd04567-89ef-0a1b-2c3d4e5f6a7b", "0123abcd-4567-89ef-0a1b2-c3d4e5f6a7b",
+                             "0123abcg-4567-89ef-0a1b-2c3d4e5f6a7b", "{0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b",
+                             "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b}", "(0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b)",
+                             " 0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b", "{{0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b}}",
+                             "+123abcd-4567-89ef-0a1b-2c3d4e5f6a7b", "0123abcd45678 9ef0a1b2c3d4e5f6a7b000"}) {
         SCOPED_TRACE(text);
         EXPECT_FALSE(Guid::IsParsableGuidString(text));
         EXPECT_THROW(Guid{std::string(text)}, kelcore::parse_exception);
@@ -69,9 +53,8 @@ TEST(KelcoreGuid, CreateUniqueGivesDistinctVersion4Values) {
     std::unordered_set<Guid> seen;
     for (int i = 0; i < 1000; ++i) {
         Guid guid = Guid::CreateUnique();
-        ASSERT_FALSE(guid.IsNil());
-        EXPECT_EQ(guid.GetBytes()[6] >> 4, 4);          // version
-        EXPECT_EQ(guid.GetBytes()[8] & 0xC0, 0x80);     // variant
+        EXPECT_EQ(guid.GetBytes()[6] >> 4, 4);       // version
+        EXPECT_EQ(guid.GetBytes()[8] & 0xC0, 0x80);  // variant
         EXPECT_TRUE(seen.insert(guid).second);
         EXPECT_EQ(Guid(guid.AsUTF8String()), guid);
     }
@@ -83,16 +66,10 @@ TEST(KelcoreGuid, OrdersLikeItsText) {
     EXPECT_LT(low, high);
     EXPECT_FALSE(high < low);
     EXPECT_NE(low, high);
-    std::set<Guid> ordered = {high, low, Guid()};
-    EXPECT_EQ(*ordered.begin(), Guid());
-    EXPECT_EQ(*ordered.rbegin(), high);
 }
 
 TEST(KelcoreHash, IsDeterministicAndIndependentOfPieces) {
     const std::string text = "marker-identifier-that-is-not-a-guid";
-    EXPECT_EQ(HashOf(text), HashOf(text));
-    EXPECT_FALSE(HashOf(text).IsNil());
-
     kelcore::HashValueMixerState state;
     kelcore::UpdateHashState(state, text.data(), 5);
     kelcore::UpdateHashState(state, nullptr, 0);
@@ -100,6 +77,8 @@ TEST(KelcoreHash, IsDeterministicAndIndependentOfPieces) {
     Guid pieces;
     kelcore::GetHashResult(state, pieces);
     EXPECT_EQ(pieces, HashOf(text));
+    // XXH3-128 of no bytes, big-endian: pins the function across releases.
+    EXPECT_EQ(HashOf("").AsUTF8String(), "99aa06d3-0147-98d8-6001-c324468d497f");
 }
 
 TEST(KelcoreHash, ChangesWithEveryInputDifference) {
@@ -111,9 +90,4 @@ TEST(KelcoreHash, ChangesWithEveryInputDifference) {
         results.insert(HashOf(changed));
     }
     EXPECT_EQ(results.size(), 3 + base.size());
-}
-
-TEST(KelcoreHash, MatchesTheKnownXxh3Value) {
-    // XXH3-128 of no bytes, in big-endian order: pins the function across releases.
-    EXPECT_EQ(HashOf("").AsUTF8String(), "99aa06d3-0147-98d8-6001-c324468d497f");
 }

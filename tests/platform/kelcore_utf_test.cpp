@@ -4,104 +4,72 @@
 
 #include <kelcore/UTF.hpp>
 
-using kelcore::UTF16String;
-
 namespace {
 
-struct ValidCase {
-    std::string utf8;
-    std::u16string utf16;
+std::u16string Plain(const kelcore::UTF16String& text) { return {text.begin(), text.end()}; }
+
+// Valid text in both encodings, and each invalid input with its replaced
+// form and the offset of its first bad unit.
+const std::pair<std::string, std::u16string> kValid[] = {
+    {"", u""}, {"plain", u"plain"}, {"\xC3\xA9t\xE2\x82\xAC", u"\u00E9t\u20AC"},
+    {"\xF0\x9F\x8E\xAC", u"\U0001F3AC"}, {"a\xF4\x8F\xBF\xBFz", u"a\U0010FFFFz"},
+    {std::string("nul\0in", 6), std::u16string(u"nul\0in", 6)},
 };
 
-const ValidCase kValid[] = {
-    {"", u""},
-    {"plain ASCII", u"plain ASCII"},
-    {"\xC3\xA9t\xC3\xA9", u"\u00E9t\u00E9"},                       // two-byte
-    {"\xE2\x82\xAC 5", u"\u20AC 5"},                                // three-byte
-    {"\xF0\x9F\x8E\xAC", u"\U0001F3AC"},                            // four-byte, surrogate pair
-    {"a\xF4\x8F\xBF\xBFz", u"a\U0010FFFFz"},                        // highest code point
-    {std::string("nul\0in", 6), std::u16string(u"nul\0in", 6)},       // embedded nul
+const std::tuple<std::string, std::u16string, std::size_t> kInvalidUTF8[] = {
+    {"\xFF", u"\uFFFD", 0},          {"ab\x80", u"ab\uFFFD", 2},            {"x\xC3", u"x\uFFFD", 1},
+    {"\xE2\x82z", u"\uFFFDz", 0},    {"\xC0\xAF!", u"\uFFFD!", 0},          {"\xED\xA0\x80", u"\uFFFD", 0},
+    {"ok\xF4\x90\x80\x80", u"ok\uFFFD", 2}, {"\xC3\xA9\xFF\xE2\x82\xAC\xFE", u"\u00E9\uFFFD\u20AC\uFFFD", 2},
 };
 
-struct InvalidUTF8Case {
-    std::string input;
-    std::u16string replaced;
-    std::size_t offset;
-};
-
-const InvalidUTF8Case kInvalidUTF8[] = {
-    {"\xFF", u"\uFFFD", 0},                                   // never a lead byte
-    {"ab\x80", u"ab\uFFFD", 2},                               // stray trail byte
-    {"x\xC3", u"x\uFFFD", 1},                                 // truncated at the end
-    {"\xE2\x82z", u"\uFFFDz", 0},                             // truncated in the middle
-    {"\xC0\xAF!", u"\uFFFD!", 0},                             // overlong slash
-    {"\xED\xA0\x80", u"\uFFFD", 0},                           // encoded surrogate
-    {"ok\xF4\x90\x80\x80", u"ok\uFFFD", 2},                   // beyond U+10FFFF
-    {"\xC3\xA9\xFF\xE2\x82\xAC\xFE", u"\u00E9\uFFFD\u20AC\uFFFD", 2},  // two faults
-};
-
-struct InvalidUTF16Case {
-    std::u16string input;
-    std::string replaced;
-    std::size_t offset;
-};
-
-const InvalidUTF16Case kInvalidUTF16[] = {
-    {std::u16string{0xD83C}, "\xEF\xBF\xBD", 0},                             // lone lead at end
-    {std::u16string{u'a', 0xD83C, u'b'}, "a\xEF\xBF\xBD" "b", 1},            // lead without trail
-    {std::u16string{u'a', 0xDFAC}, "a\xEF\xBF\xBD", 1},                      // lone trail
-    {std::u16string{0xDFAC, 0xD83C}, "\xEF\xBF\xBD\xEF\xBF\xBD", 0},         // reversed pair
-    {std::u16string{0xD83C, 0xDFAC, 0xD83C}, "\xF0\x9F\x8E\xAC\xEF\xBF\xBD", 2},  // pair then lone lead
+const std::tuple<std::u16string, std::string, std::size_t> kInvalidUTF16[] = {
+    {{0xD83C}, "\xEF\xBF\xBD", 0},
+    {{u'a', 0xD83C, u'b'}, "a\xEF\xBF\xBD" "b", 1},
+    {{u'a', 0xDFAC}, "a\xEF\xBF\xBD", 1},
+    {{0xDFAC, 0xD83C}, "\xEF\xBF\xBD\xEF\xBF\xBD", 0},
+    {{0xD83C, 0xDFAC, 0xD83C}, "\xF0\x9F\x8E\xAC\xEF\xBF\xBD", 2},
 };
 
 }  // namespace
 
 TEST(KelcoreUTF, ValidTextRoundTrips) {
-    for (const ValidCase& test : kValid) {
-        SCOPED_TRACE(testing::PrintToString(test.utf8));
+    for (const auto& [utf8, utf16] : kValid) {
+        SCOPED_TRACE(testing::PrintToString(utf8));
         int code = -1;
         std::size_t offset = 99;
-        UTF16String utf16 = kelcore::UTF8to16(test.utf8, &code, &offset);
-        EXPECT_EQ(std::u16string(utf16.begin(), utf16.end()), test.utf16);
+        EXPECT_EQ(Plain(kelcore::UTF8to16(utf8, &code, &offset)), utf16);
         EXPECT_EQ(code, kelcore::kUTFError_None);
-        EXPECT_EQ(offset, test.utf8.size());
-        EXPECT_EQ(kelcore::UTF16to8(utf16, &code), test.utf8);
+        EXPECT_EQ(offset, utf8.size());
+        EXPECT_EQ(kelcore::UTF16to8(utf16, &code), utf8);
         EXPECT_EQ(code, kelcore::kUTFError_None);
     }
 }
 
 TEST(KelcoreUTF, InvalidUTF8IsReplacedOrReported) {
-    for (const InvalidUTF8Case& test : kInvalidUTF8) {
-        SCOPED_TRACE(testing::PrintToString(test.input));
-        UTF16String replaced = kelcore::UTF8to16(test.input);
-        EXPECT_EQ(std::u16string(replaced.begin(), replaced.end()), test.replaced);
-
+    for (const auto& [input, replaced, badOffset] : kInvalidUTF8) {
+        SCOPED_TRACE(testing::PrintToString(input));
+        EXPECT_EQ(Plain(kelcore::UTF8to16(input)), replaced);
         int code = kelcore::kUTFError_None;
         std::size_t offset = 0;
-        UTF16String strict = kelcore::UTF8to16(test.input, &code, &offset);
+        const kelcore::UTF16String strict = kelcore::UTF8to16(input, &code, &offset);
         EXPECT_EQ(code, kelcore::kUTFError_InvalidUTF8);
-        EXPECT_EQ(offset, test.offset);
-        EXPECT_EQ(strict, kelcore::UTF8to16(test.input.substr(0, test.offset)));
+        EXPECT_EQ(offset, badOffset);
+        EXPECT_EQ(strict, kelcore::UTF8to16(input.substr(0, badOffset)));
     }
+    std::size_t offset = 0;  // an offset alone does not make the conversion strict
+    EXPECT_EQ(Plain(kelcore::UTF8to16("a\xFF" "b", nullptr, &offset)), u"a\uFFFDb");
+    EXPECT_EQ(offset, 1u);
 }
 
 TEST(KelcoreUTF, InvalidUTF16IsReplacedOrReported) {
-    for (const InvalidUTF16Case& test : kInvalidUTF16) {
-        SCOPED_TRACE(test.replaced);
-        EXPECT_EQ(kelcore::UTF16to8(test.input), test.replaced);
-
+    for (const auto& [input, replaced, badOffset] : kInvalidUTF16) {
+        SCOPED_TRACE(replaced);
+        EXPECT_EQ(kelcore::UTF16to8(input), replaced);
         int code = kelcore::kUTFError_None;
         std::size_t offset = 0;
-        std::string strict = kelcore::UTF16to8(test.input, &code, &offset);
+        const std::string strict = kelcore::UTF16to8(input, &code, &offset);
         EXPECT_EQ(code, kelcore::kUTFError_InvalidUTF16);
-        EXPECT_EQ(offset, test.offset);
-        EXPECT_EQ(strict, kelcore::UTF16to8(test.input.substr(0, test.offset)));
+        EXPECT_EQ(offset, badOffset);
+        EXPECT_EQ(strict, kelcore::UTF16to8(input.substr(0, badOffset)));
     }
-}
-
-TEST(KelcoreUTF, OffsetAloneDoesNotStopTheConversion) {
-    std::size_t offset = 0;
-    UTF16String replaced = kelcore::UTF8to16("a\xFF" "b", nullptr, &offset);
-    EXPECT_EQ(offset, 1u);
-    EXPECT_EQ(std::u16string(replaced.begin(), replaced.end()), u"a\uFFFDb");
 }
