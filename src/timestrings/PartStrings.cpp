@@ -36,7 +36,7 @@ Rate RateOrSeconds(std::int64_t numerator, std::int64_t denominator) {
 // A time that falls between the frames of a whole-number rate is written
 // in ticks instead, so that it is kept exactly.
 Rate ExactRateFor(std::int64_t ticks, Rate rate, bool wholeNumberRate) {
-    if (wholeNumberRate && !timestrings::IsWholeMultiple(ticks, kTicksPerSecond / rate.numerator)) {
+    if (wholeNumberRate && !timestrings::IsWholeMultiple(ticks, timestrings::Divide(kTicksPerSecond, rate.numerator))) {
         return {kTicksPerSecond, 1};
     }
     return rate;

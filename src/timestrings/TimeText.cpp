@@ -49,21 +49,32 @@ void CheckWritingRate(std::int64_t ticks, std::int64_t numerator, std::int64_t d
     }
 }
 
+// Ticks per second over frames per second: when the numerator divides the
+// tick rate the factor becomes a whole number of ticks per frame.
+void ReduceTicksFactor(std::int64_t& ticksFactor, std::int64_t& numerator, bool mayDivide) {
+    if (ticksFactor == numerator) {
+        ticksFactor = 1;
+        numerator = 1;
+        return;
+    }
+    if (mayDivide) {
+        const std::int64_t quotient = Divide(ticksFactor, numerator);
+        if (WrappingMultiply(quotient, numerator) == ticksFactor) {
+            ticksFactor = quotient;
+            numerator = 1;
+        }
+    }
+}
+
 std::int64_t FramesToTicks(std::int64_t frameCount, std::int64_t numerator, std::int64_t denominator,
                            std::int64_t ticksPerSecond, Reduction reduction) {
     const bool negative = frameCount < 0;
     const std::int64_t frames = negative ? WrappingNegate(frameCount) : frameCount;
     std::int64_t ticksFactor = ticksPerSecond;
     const bool reducible = reduction == Reduction::kAnyNumeratorButOne ? numerator != 1 : numerator > 1;
-    if (ticksFactor == numerator) {
-        ticksFactor = 1;
-        numerator = 1;
-    } else if (reducible && ticksFactor != 1 && IsWholeMultiple(ticksFactor, numerator)) {
-        ticksFactor = Divide(ticksFactor, numerator);
-        numerator = 1;
-    }
+    ReduceTicksFactor(ticksFactor, numerator, reducible && ticksFactor != 1);
     // Too many frames to multiply exactly: round the factor to whole ticks per frame.
-    if (frames > kMaximumTicks / ticksFactor) {
+    if (IsAboveMaximumOver(frames, ticksFactor)) {
         ticksFactor = Divide(WrappingAdd(ticksFactor, numerator / 2), numerator);
         numerator = 1;
     }
@@ -79,13 +90,7 @@ std::int64_t FramesToTicks(std::int64_t frameCount, std::int64_t numerator, std:
 std::int64_t TicksToFrames(std::int64_t ticks, std::int64_t numerator, std::int64_t denominator,
                            std::int64_t ticksPerSecond) {
     std::int64_t ticksFactor = ticksPerSecond;
-    if (numerator == ticksFactor) {
-        ticksFactor = 1;
-        numerator = 1;
-    } else if (numerator != 1 && IsWholeMultiple(ticksFactor, numerator)) {
-        ticksFactor = Divide(ticksFactor, numerator);
-        numerator = 1;
-    }
+    ReduceTicksFactor(ticksFactor, numerator, numerator != 1);
     const bool negative = ticks < 0;
     std::int64_t magnitude = negative ? WrappingNegate(ticks) : ticks;
     // Half a frame, so that the truncating divisions round to the nearest frame.
@@ -97,8 +102,13 @@ std::int64_t TicksToFrames(std::int64_t ticks, std::int64_t numerator, std::int6
         }
     }
     std::int64_t frames = 0;
-    if (magnitude < kMaximumTicks / numerator) {
-        frames = Divide(Divide(WrappingMultiply(magnitude, numerator), denominator), ticksFactor);
+    if (IsBelowMaximumOver(magnitude, numerator)) {
+        const std::int64_t scaled = WrappingMultiply(magnitude, numerator);
+        // One division instead of two where the divisor product is exact; truncation nests.
+        std::int64_t divisor = 0;
+        const bool singleDivision =
+            denominator > 0 && ticksFactor > 0 && !__builtin_mul_overflow(denominator, ticksFactor, &divisor);
+        frames = singleDivision ? Divide(scaled, divisor) : Divide(Divide(scaled, denominator), ticksFactor);
     } else {
         const std::int64_t ticksPerFrame = Divide(WrappingAdd(numerator / 2, ticksFactor), numerator);
         if (ticksPerFrame == 0) {

@@ -27,9 +27,28 @@ constexpr std::int64_t WrappingNegate(std::int64_t a) noexcept {
 }
 
 // Truncating division; the one overflowing case (minimum / -1) wraps.
-// The divisor must not be 0.
+// The divisor must not be 0. Dividing by 1, the common case once a rate is
+// reduced, skips the slow division instruction.
 constexpr std::int64_t Divide(std::int64_t dividend, std::int64_t divisor) noexcept {
+    if (divisor == 1) {
+        return dividend;
+    }
     return divisor == -1 ? WrappingNegate(dividend) : dividend / divisor;
+}
+
+// `value > kMaximumTicks / divisor` (truncating) for a non-zero divisor; where
+// both are positive it is a multiplication overflow test, without a division.
+constexpr bool IsAboveMaximumOver(std::int64_t value, std::int64_t divisor) noexcept {
+    if (value >= 0 && divisor > 0) {
+        std::int64_t product = 0;
+        return __builtin_mul_overflow(value, divisor, &product);
+    }
+    return value > kMaximumTicks / divisor;
+}
+
+// `value < kMaximumTicks / divisor` (truncating) for a non-zero divisor.
+constexpr bool IsBelowMaximumOver(std::int64_t value, std::int64_t divisor) noexcept {
+    return value < kMaximumTicks && !IsAboveMaximumOver(value + 1, divisor);
 }
 
 // Only 0 is a multiple of 0.
@@ -37,7 +56,7 @@ constexpr bool IsWholeMultiple(std::int64_t value, std::int64_t step) noexcept {
     if (step == 0) {
         return value == 0;
     }
-    return step == -1 || value % step == 0;
+    return step == 1 || step == -1 || value % step == 0;
 }
 
 }  // namespace keltemporalxmp::timestrings
