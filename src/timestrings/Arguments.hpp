@@ -20,4 +20,12 @@ T& Required(T* argument, const char* operation, const char* argumentName) {
     return *argument;
 }
 
+// Text that must be given (an empty string is fine, null is not).
+inline const char* RequiredText(const char* text, const char* operation, const char* argumentName) {
+    if (text == nullptr) {
+        ThrowNullArgument(operation, argumentName);
+    }
+    return text;
+}
+
 }  // namespace keltemporalxmp
