@@ -62,6 +62,10 @@ public:
     std::string m_Name;
     XMPKeywordExtension m_Extension;
     std::string id;
+
+private:
+    friend XMPKeywordData CuePointToKeyword(const XMPCuePointParam& cuePoint);
+    XMPKeywordData(std::string name, XMPKeywordExtension extension, std::string keywordId);
 };
 
 extern const std::string kKeywordExtKELPrefixV1;  // "keywordExtKELv1_"
