@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <string_view>
 
-namespace keltemporalxmp::timestrings {
+namespace keltemporalxmp {
+// Hidden: internal calls bind directly instead of through the export table.
+namespace [[gnu::visibility("hidden")]] timestrings {
 
 // "-9223372036854775808"
 inline constexpr std::size_t kMaxIntegerTextLength = 20;
@@ -58,4 +60,5 @@ inline SplitText SplitAtSoleSeparator(std::string_view text, char separator) noe
     return {true, text.substr(0, at), text.substr(at + 1)};
 }
 
-}  // namespace keltemporalxmp::timestrings
+}  // namespace timestrings
+}  // namespace keltemporalxmp

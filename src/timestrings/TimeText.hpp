@@ -8,7 +8,9 @@
 
 #include "timestrings/IntegerText.hpp"
 
-namespace keltemporalxmp::timestrings {
+namespace keltemporalxmp {
+// Hidden: internal calls bind directly instead of through the export table.
+namespace [[gnu::visibility("hidden")]] timestrings {
 
 // How the factor ticks-per-second / numerator is simplified before use. The
 // two readers differ here on purpose, which only shows for negative numerators.
@@ -36,4 +38,5 @@ char* WriteTimeText(char* first, std::int64_t ticks, std::int64_t numerator, std
 // denominator at `first` (room for kMaxRateTextLength); returns the end.
 char* WriteRateText(char* first, std::int64_t numerator, std::int64_t denominator) noexcept;
 
-}  // namespace keltemporalxmp::timestrings
+}  // namespace timestrings
+}  // namespace keltemporalxmp
