@@ -155,6 +155,12 @@ public:
     void debug_Dump() const;
 
 private:
+    // What every form sets; the public constructors fill in the rest.
+    XMPTemporalMetadataInfo(_infoFormEnum infoForm, const char* name, std::int64_t startTime,
+                            std::int64_t startTimeFrameRateNumerator, std::int64_t startTimeFrameRateDenominator,
+                            std::int64_t duration, std::int64_t durationFrameRateNumerator,
+                            std::int64_t durationFrameRateDenominator, std::shared_ptr<void> extension);
+
     _infoFormEnum m_infoForm;
     std::string m_name;
     std::string m_comment;

@@ -27,30 +27,40 @@ XMPTemporalMetadataInfo::XMPTemporalMetadataInfo(const char* name, const char* c
                               cuePointType, cuePointParamList, speaker, probability, markerID,
                               std::move(extension)) {}
 
-XMPTemporalMetadataInfo::XMPTemporalMetadataInfo(
-    const char* name, const char* comment, std::int64_t startTime, std::int64_t startTimeFrameRateNumerator,
-    std::int64_t startTimeFrameRateDenominator, std::int64_t duration, std::int64_t durationFrameRateNumerator,
-    std::int64_t durationFrameRateDenominator, const char* markerType, const char* location, const char* target,
-    const char* cuePointType, const std::vector<XMPCuePointParam>& cuePointParamList, const char* speaker,
-    const char* probability, const char* markerID, std::shared_ptr<void> extension)
-    : m_infoForm(kInfoForm_Marker),
+XMPTemporalMetadataInfo::XMPTemporalMetadataInfo(_infoFormEnum infoForm, const char* name, std::int64_t startTime,
+                                                 std::int64_t startTimeFrameRateNumerator,
+                                                 std::int64_t startTimeFrameRateDenominator, std::int64_t duration,
+                                                 std::int64_t durationFrameRateNumerator,
+                                                 std::int64_t durationFrameRateDenominator,
+                                                 std::shared_ptr<void> extension)
+    : m_infoForm(infoForm),
       m_name(Text(name, "name")),
-      m_comment(Text(comment, "comment")),
-      m_markerID(markerID != nullptr ? markerID : ""),
       m_startTime(startTime),
       m_startTimeFrameRateNumerator(startTimeFrameRateNumerator),
       m_startTimeFrameRateDenominator(startTimeFrameRateDenominator),
       m_duration(duration),
       m_durationFrameRateNumerator(durationFrameRateNumerator),
       m_durationFrameRateDenominator(durationFrameRateDenominator),
-      m_markerType(Text(markerType, "marker type")),
-      m_location(Text(location, "location")),
-      m_target(Text(target, "target")),
-      m_cuePointType(Text(cuePointType, "cue point type")),
-      m_cuePointParamList(cuePointParamList),
-      m_speaker(Text(speaker, "speaker")),
-      m_probability(Text(probability, "probability")),
-      m_extension(std::move(extension)) {
+      m_extension(std::move(extension)) {}
+
+XMPTemporalMetadataInfo::XMPTemporalMetadataInfo(
+    const char* name, const char* comment, std::int64_t startTime, std::int64_t startTimeFrameRateNumerator,
+    std::int64_t startTimeFrameRateDenominator, std::int64_t duration, std::int64_t durationFrameRateNumerator,
+    std::int64_t durationFrameRateDenominator, const char* markerType, const char* location, const char* target,
+    const char* cuePointType, const std::vector<XMPCuePointParam>& cuePointParamList, const char* speaker,
+    const char* probability, const char* markerID, std::shared_ptr<void> extension)
+    : XMPTemporalMetadataInfo(kInfoForm_Marker, name, startTime, startTimeFrameRateNumerator,
+                              startTimeFrameRateDenominator, duration, durationFrameRateNumerator,
+                              durationFrameRateDenominator, std::move(extension)) {
+    m_comment = Text(comment, "comment");
+    m_markerType = Text(markerType, "marker type");
+    m_location = Text(location, "location");
+    m_target = Text(target, "target");
+    m_cuePointType = Text(cuePointType, "cue point type");
+    m_cuePointParamList = cuePointParamList;
+    m_speaker = Text(speaker, "speaker");
+    m_probability = Text(probability, "probability");
+    m_markerID = markerID != nullptr ? markerID : "";
     // A marker given backwards is kept forwards; the note is the only trace of it.
     if (duration < 0) {
         m_startTime = timestrings::WrappingAdd(startTime, duration);
@@ -65,20 +75,15 @@ XMPTemporalMetadataInfo::XMPTemporalMetadataInfo(
     std::int64_t durationFrameRateNumerator, std::int64_t durationFrameRateDenominator,
     std::int64_t reportedClippedStartTime, std::int64_t reportedClippedDuration, const char* reportedPartMapping,
     const char* componentMetadataInstanceId, std::shared_ptr<void> extension)
-    : m_infoForm(kInfoForm_ComponentMetadataReportback),
-      m_name(Text(name, "name")),
-      m_reportedContainingInstanceID(Text(reportedContainingInstanceID, "reported containing instance ID")),
-      m_startTime(startTime),
-      m_startTimeFrameRateNumerator(startTimeFrameRateNumerator),
-      m_startTimeFrameRateDenominator(startTimeFrameRateDenominator),
-      m_duration(duration),
-      m_durationFrameRateNumerator(durationFrameRateNumerator),
-      m_durationFrameRateDenominator(durationFrameRateDenominator),
-      m_reportedClippedStartTime(reportedClippedStartTime),
-      m_reportedClippedDuration(reportedClippedDuration),
-      m_reportedPartMapping(Text(reportedPartMapping, "reported part mapping")),
-      m_extension(std::move(extension)),
-      m_componentMetadataInstanceId(Text(componentMetadataInstanceId, "component metadata instance ID")) {}
+    : XMPTemporalMetadataInfo(kInfoForm_ComponentMetadataReportback, name, startTime, startTimeFrameRateNumerator,
+                              startTimeFrameRateDenominator, duration, durationFrameRateNumerator,
+                              durationFrameRateDenominator, std::move(extension)) {
+    m_reportedContainingInstanceID = Text(reportedContainingInstanceID, "reported containing instance ID");
+    m_reportedClippedStartTime = reportedClippedStartTime;
+    m_reportedClippedDuration = reportedClippedDuration;
+    m_reportedPartMapping = Text(reportedPartMapping, "reported part mapping");
+    m_componentMetadataInstanceId = Text(componentMetadataInstanceId, "component metadata instance ID");
+}
 
 const std::string* XMPTemporalMetadataInfo::GetMarkerFieldPtr(_infoFieldEnum field) const {
     switch (field) {
