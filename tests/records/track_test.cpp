@@ -71,20 +71,4 @@ TEST(Track, MarkersSortByStartAndKeepTheirAddingOrderOnTies) {
     EXPECT_TRUE(track.GetMarkers().empty());
 }
 
-TEST(Track, CopiesOwnTheirMarkersAndNamesAreReplaced) {
-    XMPTrack track("a", "b", 25, 1);
-    track.AddMarker(Marker("m", 1));
-    XMPTrack copy = track;
-    copy.ClearMarkers();
-    copy.SetTrackName("renamed");
-    copy.SetTrackType("retyped");
-    std::string name;
-    std::string type;
-    track.GetTrackName(&name);
-    copy.GetTrackType(&type);
-    EXPECT_EQ(name, "a");
-    EXPECT_EQ(type, "retyped");
-    EXPECT_EQ(track.GetMarkers().size(), 1u);
-}
-
 }  // namespace

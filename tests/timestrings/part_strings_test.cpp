@@ -78,25 +78,6 @@ TEST(PartStringParse, PathsStartsAndDurations) {
     }
 }
 
-TEST(PartStringParse, ReadsBackWhatIsComposed) {
-    for (const ComposeCase& c : kComposeCases) {
-        std::string text;
-        XMPDocOpsTemporal::CreatePartString(&text, c.start, c.startNumerator, c.startDenominator, c.duration,
-                                            c.durationNumerator, c.durationDenominator, kMax, c.path);
-        std::int64_t start = 0, startNumerator = 1, startDenominator = 1;
-        std::int64_t duration = 0, durationNumerator = 1, durationDenominator = 1;
-        std::string path;
-        XMPDocOpsTemporal::ParsePart(text.c_str(), &start, &startNumerator, &startDenominator, &duration,
-                                     &durationNumerator, &durationDenominator, kMax, &path);
-        EXPECT_EQ(path, c.path ? c.path : "") << text;
-        // With a whole-number start rate, times between frames are kept in ticks.
-        if (c.startDenominator == 1 || c.startNumerator == 0) {
-            EXPECT_EQ(start, c.start) << text;
-            EXPECT_EQ(duration, c.duration) << text;
-        }
-    }
-}
-
 TEST(PartStringParse, ZeroDefaultRateIsRejectedForTimesWithoutRate) {
     std::int64_t start = 0, numerator = 0, denominator = 0, duration = 0;
     std::string path;
