@@ -49,7 +49,7 @@ char* WritePartTime(char* first, std::int64_t ticks, Rate rate) {
 }
 
 // The text after "time:" when the component is the time component.
-std::optional<std::string_view> FindTimeSpecification(std::string_view component) {
+std::optional<std::string_view> FindTimeValue(std::string_view component) {
     const std::size_t lastColon = component.rfind(':');
     if (lastColon == std::string_view::npos) {
         return std::nullopt;
@@ -87,30 +87,30 @@ struct PartTimes {
 
 // "start", "start" "d" "duration" or "start" "r" "end"; any other shape
 // leaves the start at 0 and the duration unbounded.
-void ReadTimeSpecification(std::string_view specification, const PartTimes& times, std::int64_t defaultDuration) {
-    if (specification.empty()) {
+void ReadTimeValue(std::string_view timeValue, const PartTimes& times, std::int64_t defaultDuration) {
+    if (timeValue.empty()) {
         return;
     }
-    const SplitText startAndDuration = SplitAtSoleSeparator(specification, 'd');
+    const SplitText startAndDuration = SplitAtSoleSeparator(timeValue, 'd');
     if (startAndDuration.isSplit) {
         *times.start = times.ReadStart(startAndDuration.before);
         *times.duration = times.ReadDurationOrEnd(startAndDuration.after);
         return;
     }
-    if (specification.find('d') != std::string_view::npos) {
+    if (timeValue.find('d') != std::string_view::npos) {
         return;
     }
-    const SplitText startAndEnd = SplitAtSoleSeparator(specification, 'r');
+    const SplitText startAndEnd = SplitAtSoleSeparator(timeValue, 'r');
     if (startAndEnd.isSplit) {
         *times.start = times.ReadStart(startAndEnd.before);
         const std::int64_t end = times.ReadDurationOrEnd(startAndEnd.after);
         *times.duration = end == kMaximumTicks ? kMaximumTicks : timestrings::WrappingSubtract(end, *times.start);
         return;
     }
-    if (specification.find('r') != std::string_view::npos) {
+    if (timeValue.find('r') != std::string_view::npos) {
         return;
     }
-    *times.start = times.ReadStart(specification);
+    *times.start = times.ReadStart(timeValue);
     *times.duration = defaultDuration;
 }
 
@@ -166,14 +166,14 @@ void XMPDocOpsTemporal::ParsePart(const char* partString, std::int64_t* startTim
     const std::string_view text = TextOrEmpty(partString);
     const std::size_t lastSlash = text.rfind('/');
     const bool hasPath = lastSlash != std::string_view::npos;
-    const std::optional<std::string_view> specification =
-        FindTimeSpecification(hasPath ? text.substr(lastSlash + 1) : text);
-    if (!specification) {
+    const std::optional<std::string_view> timeValue =
+        FindTimeValue(hasPath ? text.substr(lastSlash + 1) : text);
+    if (!timeValue) {
         pathOutput.assign(text);
         return;
     }
     pathOutput.assign(hasPath ? text.substr(0, lastSlash) : std::string_view());
-    ReadTimeSpecification(*specification, times, defaultDuration);
+    ReadTimeValue(*timeValue, times, defaultDuration);
 }
 
 }  // namespace keltemporalxmp
