@@ -1,0 +1,5 @@
+#pragma once
+// The whole public interface of keltemporalxmp in one include.
+
+#include <keltemporalxmp/docops.hpp>
+#include <keltemporalxmp/records.hpp>

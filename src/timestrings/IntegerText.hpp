@@ -1,0 +1,64 @@
+#pragma once
+// The one integer notation of time, rate and part strings.
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace keltemporalxmp {
+// Hidden: internal calls bind directly instead of through the export table.
+namespace [[gnu::visibility("hidden")]] timestrings {
+
+// "-9223372036854775808"
+inline constexpr std::size_t kMaxIntegerTextLength = 20;
+
+// An optional "-" and decimal digits, up to the first other character.
+// Never fails: no digits, or a value outside the signed 64-bit range, read as 0.
+// Inline: it runs for every number of every time string.
+inline std::int64_t ParseInteger(std::string_view text) noexcept {
+    const bool negative = !text.empty() && text.front() == '-';
+    // The magnitude of the most negative value ends in 8, that of the largest in 7.
+    constexpr std::uint64_t kLimitTens = 922337203685477580;
+    const unsigned limitUnits = negative ? 8 : 7;
+    std::uint64_t magnitude = 0;
+    for (std::size_t i = negative ? 1 : 0; i < text.size(); ++i) {
+        const unsigned digit = static_cast<unsigned>(static_cast<unsigned char>(text[i])) - '0';
+        if (digit > 9) {
+            break;
+        }
+        if (magnitude > kLimitTens || (magnitude == kLimitTens && digit > limitUnits)) {
+            return 0;
+        }
+        magnitude = magnitude * 10 + digit;
+    }
+    return static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude);
+}
+
+// Writes the decimal form at `first` (room for kMaxIntegerTextLength) and
+// returns the end.
+char* WriteInteger(char* first, std::int64_t value) noexcept;
+
+// The two pieces around a separator that occurs exactly once.
+struct SplitText {
+    bool isSplit = false;
+    std::string_view before;
+    std::string_view after;
+};
+inline SplitText SplitAtSoleSeparator(std::string_view text, char separator) noexcept {
+    std::size_t at = std::string_view::npos;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == separator) {
+            if (at != std::string_view::npos) {
+                return {};
+            }
+            at = i;
+        }
+    }
+    if (at == std::string_view::npos) {
+        return {};
+    }
+    return {true, text.substr(0, at), text.substr(at + 1)};
+}
+
+}  // namespace timestrings
+}  // namespace keltemporalxmp

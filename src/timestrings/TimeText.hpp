@@ -1,0 +1,42 @@
+#pragma once
+// Tick times in the frame notation: a frame count, optionally followed by the
+// rate it counts in ("90", "90f25", "1001f30000s1001"), or "maximum".
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "timestrings/IntegerText.hpp"
+
+namespace keltemporalxmp {
+// Hidden: internal calls bind directly instead of through the export table.
+namespace [[gnu::visibility("hidden")]] timestrings {
+
+// How the factor ticks-per-second / numerator is simplified before use. The
+// two readers differ here on purpose, which only shows for negative numerators.
+enum class Reduction { kAnyNumeratorButOne, kNumeratorsAboveOne };
+
+// `numerator` / `denominator` hold the default rate on entry and receive the
+// rate the text carries, if any.
+std::int64_t ReadTimeText(std::string_view text, std::int64_t* numerator, std::int64_t* denominator,
+                          std::int64_t ticksPerSecond, Reduction reduction);
+
+// A numerator, optionally followed by the separator and a denominator; the
+// denominator is left alone when there is none.
+void ReadRate(std::string_view rate, char separator, std::int64_t& numerator, std::int64_t& denominator) noexcept;
+
+// "f", numerator, "s", denominator.
+inline constexpr std::size_t kMaxRateTextLength = 2 * kMaxIntegerTextLength + 2;
+// Frames, then the rate.
+inline constexpr std::size_t kMaxTimeTextLength = kMaxIntegerTextLength + kMaxRateTextLength;
+
+// Writes at `first` (room for kMaxTimeTextLength) and returns the end.
+char* WriteTimeText(char* first, std::int64_t ticks, std::int64_t numerator, std::int64_t denominator,
+                    std::int64_t ticksPerSecond, bool appendRate);
+
+// Writes "f", the numerator and, unless the denominator is 1, "s" and the
+// denominator at `first` (room for kMaxRateTextLength); returns the end.
+char* WriteRateText(char* first, std::int64_t numerator, std::int64_t denominator) noexcept;
+
+}  // namespace timestrings
+}  // namespace keltemporalxmp
