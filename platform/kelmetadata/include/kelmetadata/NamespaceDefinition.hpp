@@ -1,0 +1,26 @@
+#pragma once
+// Schema definitions: what the metadata layer knows about one XMP namespace.
+
+#include <memory>
+#include <string>
+
+namespace kelmetadata {
+
+class SchemaDefinition {
+public:
+    SchemaDefinition(std::string uri, std::string schemaText);
+
+    const std::string& GetURI() const { return m_uri; }
+    // The namespace's registered prefix without its colon, e.g. "xmpDM".
+    const std::string& GetSchemaText() const { return m_schemaText; }
+
+private:
+    std::string m_uri;
+    std::string m_schemaText;
+};
+
+// The definition of a registered namespace. An unknown URI raises XMP_Error
+// (bad parameter) naming the URI.
+std::shared_ptr<const SchemaDefinition> NamespaceDefinition(const std::string& uri);
+
+}  // namespace kelmetadata

@@ -1,0 +1,181 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+
+#include "xmp_test_packets.hpp"
+
+namespace {
+
+using xmp_test::Parsed;
+using xmp_test::Serialized;
+using xmp_test::Value;
+using xmp_test::Wrapped;
+
+const std::string kTitled = Wrapped(
+    "<rdf:Description rdf:about=''><dc:title><rdf:Alt>"
+    "<rdf:li xml:lang='x-default'>Hello</rdf:li><rdf:li xml:lang='en-US'>Hello</rdf:li>"
+    "<rdf:li xml:lang='de'>Hallo</rdf:li></rdf:Alt></dc:title></rdf:Description>");
+
+TEST(XMPUtils, ComposesPaths) {
+    std::string path;
+    SXMPUtils::ComposeArrayItemPath(kXMP_NS_DM, "Tracks", 3, &path);
+    EXPECT_EQ(path, "Tracks[3]");
+    SXMPUtils::ComposeArrayItemPath(kXMP_NS_DM, "Tracks", kXMP_ArrayLastItem, &path);
+    EXPECT_EQ(path, "Tracks[last()]");
+    SXMPUtils::ComposeStructFieldPath(kXMP_NS_DM, "Tracks[1]", kXMP_NS_DM, "markers", &path);
+    EXPECT_EQ(path, "Tracks[1]/xmpDM:markers");
+    SXMPUtils::ComposeStructFieldPath(kXMP_NS_DM, "s", kXMP_NS_DC, "dc:format", &path);
+    EXPECT_EQ(path, "s/dc:format");
+    SXMPUtils::ComposeQualifierPath(kXMP_NS_DC, "title[1]", kXMP_NS_XML, "lang", &path);
+    EXPECT_EQ(path, "title[1]/?xml:lang");
+
+    const struct {
+        const char* m_what;
+        std::function<void()> m_action;
+        int m_id;
+    } failures[] = {
+        {"null output", [] { SXMPUtils::ComposeArrayItemPath(kXMP_NS_DM, "a", 1, nullptr); }, kXMPErr_BadParam},
+        {"index below last", [&] { SXMPUtils::ComposeArrayItemPath(kXMP_NS_DM, "a", -2, &path); }, kXMPErr_BadParam},
+        {"foreign prefix", [&] { SXMPUtils::ComposeStructFieldPath(kXMP_NS_DM, "s", kXMP_NS_DC, "xmpDM:f", &path); },
+         kXMPErr_BadXPath},
+        {"unregistered field namespace",
+         [&] { SXMPUtils::ComposeStructFieldPath(kXMP_NS_DM, "s", "urn:nowhere", "f", &path); }, kXMPErr_BadSchema},
+    };
+    for (const auto& [what, action, id] : failures) {
+        try {
+            action();
+            ADD_FAILURE() << what;
+        } catch (const XMP_Error& error) {
+            EXPECT_EQ(error.GetID(), id) << what;
+        }
+    }
+}
+
+TEST(XMPUtils, DuplicatesAWholeTreeFaithfully) {
+    SXMPMeta source = Parsed(kTitled);
+    xmp_test::AddMarkers(&source, 4);
+    source.SetQualifier(kXMP_NS_DM, "Tracks[1]/xmpDM:markers[2]", kXMP_NS_DC, "source", "q");
+    SXMPMeta copy;
+    SXMPUtils::DuplicateSubtree(source, &copy, "*", "*");
+    EXPECT_EQ(Serialized(copy), Serialized(source));
+}
+
+TEST(XMPUtils, AltTextSurvivesTheTripIntoAStructItemAndBack) {
+    SXMPMeta source = Parsed(kTitled);
+    source.SetLocalizedText(kXMP_NS_DC, "rights", "", "x-default", "Mine");
+    source.SetLocalizedText(kXMP_NS_DC, "rights", "", "de", "Meins");
+    SXMPMeta pantry;
+    pantry.AppendArrayItem(kXMP_NS_XMP_MM, "Pantry", kXMP_PropArrayIsUnordered, nullptr, kXMP_PropValueIsStruct);
+    SXMPUtils::DuplicateSubtree(source, &pantry, "*", "*", kXMP_NS_XMP_MM, "Pantry[last()]");
+
+    SXMPMeta secondPantry;
+    secondPantry.AppendArrayItem(kXMP_NS_XMP_MM, "Pantry", kXMP_PropArrayIsUnordered, nullptr,
+                                 kXMP_PropValueIsStruct);
+    SXMPUtils::DuplicateSubtree(pantry, &secondPantry, kXMP_NS_XMP_MM, "Pantry[1]", kXMP_NS_XMP_MM,
+                                "Pantry[last()]");
+
+    SXMPMeta extracted;
+    for (const std::string name : {"title", "rights"}) {
+        SXMPUtils::DuplicateSubtree(secondPantry, &extracted, kXMP_NS_XMP_MM, ("Pantry[1]/dc:" + name).c_str(),
+                                    kXMP_NS_DC, name.c_str());
+    }
+    EXPECT_EQ(Serialized(extracted), Serialized(source));
+}
+
+TEST(XMPUtils, DuplicatesWithinOneTreeAndReplacesTheDestination) {
+    SXMPMeta meta;
+    xmp_test::AddMarkers(&meta, 2);
+    meta.SetProperty(kXMP_NS_DM, "copy", "old");
+    SXMPUtils::DuplicateSubtree(meta, &meta, kXMP_NS_DM, "Tracks[1]", kXMP_NS_DM, "copy");
+    EXPECT_EQ(meta.CountArrayItems(kXMP_NS_DM, "copy/xmpDM:markers"), 2);
+    EXPECT_EQ(Value(meta, kXMP_NS_DM, "copy/xmpDM:markers[2]/xmpDM:name"), "m2");
+
+    try {
+        SXMPUtils::DuplicateSubtree(meta, nullptr, "*", "*");
+        ADD_FAILURE();
+    } catch (const XMP_Error& error) {
+        EXPECT_EQ(error.GetID(), kXMPErr_BadParam);
+        EXPECT_STREQ(error.GetErrMsg(), "Null output SXMPMeta pointer");
+    }
+    EXPECT_THROW(SXMPUtils::DuplicateSubtree(meta, &meta, kXMP_NS_DM, "missing"), XMP_Error);
+}
+
+// One line per property the template touches; "-" when absent, the item count for arrays.
+std::string Summary(const SXMPMeta& meta) {
+    std::string summary;
+    for (const char* name : {"source", "coverage", "type", "format", "subject"}) {
+        XMP_OptionBits options = 0;
+        std::string value = "-";
+        if (meta.GetProperty(kXMP_NS_DC, name, &value, &options) && (options & kXMP_PropValueIsArray) != 0) {
+            value = std::to_string(meta.CountArrayItems(kXMP_NS_DC, name));
+        }
+        summary += std::string(name) + "=" + value + " ";
+    }
+    return summary + "album=" + (meta.DoesPropertyExist(kXMP_NS_DM, "album") ? Value(meta, kXMP_NS_DM, "album") : "-") +
+           " tool=" + (meta.DoesPropertyExist(kXMP_NS_XMP, "CreatorTool") ? "yes" : "-");
+}
+
+TEST(XMPUtils, ApplyTemplateFollowsEachActionBit) {
+    SXMPMeta templ;
+    templ.SetProperty(kXMP_NS_DC, "source", "t");
+    templ.SetProperty(kXMP_NS_DC, "type", "t");
+    templ.SetProperty(kXMP_NS_DC, "format", "t");
+    templ.SetProperty(kXMP_NS_DM, "album", "");
+    for (const char* keyword : {"a", "b"}) {
+        templ.AppendArrayItem(kXMP_NS_DC, "subject", kXMP_PropArrayIsUnordered, keyword);
+    }
+    const std::map<XMP_OptionBits, std::string> expected = {
+        {0, "source=w coverage=w type=- format=w subject=1 album=w tool=yes"},
+        {kXMPTemplate_ClearUnnamedProperties, "source=w coverage=- type=- format=w subject=1 album=w tool=yes"},
+        {kXMPTemplate_ClearUnnamedProperties | kXMPTemplate_IncludeInternalProperties,
+         "source=w coverage=- type=- format=w subject=1 album=w tool=-"},
+        {kXMPTemplate_ReplaceExistingProperties, "source=t coverage=w type=- format=w subject=2 album= tool=yes"},
+        {kXMPTemplate_ReplaceExistingProperties | kXMPTemplate_IncludeInternalProperties,
+         "source=t coverage=w type=- format=t subject=2 album= tool=yes"},
+        {kXMPTemplate_ReplaceWithDeleteEmpty, "source=t coverage=w type=- format=w subject=2 album=- tool=yes"},
+        {kXMPTemplate_AddNewProperties, "source=w coverage=w type=t format=w subject=2 album=w tool=yes"},
+    };
+    for (const auto& [actions, summary] : expected) {
+        SXMPMeta working;
+        for (const char* name : {"source", "coverage", "format"}) {
+            working.SetProperty(kXMP_NS_DC, name, "w");
+        }
+        working.AppendArrayItem(kXMP_NS_DC, "subject", kXMP_PropArrayIsUnordered, "a");
+        working.SetProperty(kXMP_NS_DM, "album", "w");
+        working.SetProperty(kXMP_NS_XMP, "CreatorTool", "w");
+        SXMPUtils::ApplyTemplate(&working, templ, actions);
+        EXPECT_EQ(Summary(working), summary) << "actions " << actions;
+    }
+}
+
+TEST(XMPUtils, WritesDatesAsXmpText) {
+    const auto date = [](XMP_Int32 year, XMP_Int32 month, XMP_Int32 day, bool hasTime, XMP_Int32 nano,
+                         XMP_Int8 tzSign) {
+        XMP_DateTime value;
+        value.year = year, value.month = month, value.day = day, value.hour = 13, value.minute = 45;
+        value.second = nano == 0 ? 0 : 10;
+        value.nanoSecond = nano, value.hasDate = true, value.hasTime = hasTime, value.hasTimeZone = hasTime;
+        value.tzSign = tzSign, value.tzHour = 2, value.tzMinute = 30;
+        return value;
+    };
+    const std::pair<XMP_DateTime, std::string> cases[] = {
+        {date(2024, 0, 0, false, 0, 0), "2024"},
+        {date(2024, 5, 0, false, 0, 0), "2024-05"},
+        {date(2024, 5, 17, false, 0, 0), "2024-05-17"},
+        {date(2024, 5, 17, true, 0, 0), "2024-05-17T13:45Z"},
+        {date(2024, 5, 17, true, 250000000, 1), "2024-05-17T13:45:10.25+02:30"},
+        {date(2024, 5, 17, true, 1, -1), "2024-05-17T13:45:10.000000001-02:30"},
+    };
+    for (const auto& [value, text] : cases) {
+        std::string converted;
+        SXMPUtils::ConvertFromDate(value, &converted);
+        EXPECT_EQ(converted, text);
+    }
+    XMP_DateTime now;
+    SXMPUtils::CurrentDateTime(&now);
+    EXPECT_GE(now.year, 2024);
+    EXPECT_TRUE(now.hasDate && now.hasTime && now.hasTimeZone);
+}
+
+}  // namespace
