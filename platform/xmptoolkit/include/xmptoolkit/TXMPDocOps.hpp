@@ -1,6 +1,11 @@
 #pragma once
 // TXMPDocOps: document-level change tracking over the Media Management schema:
 // document and instance IDs, the history of resource events, part change IDs.
+//
+// Part names are paths that start with "/" ("/", "/metadata", "/content/audio").
+// A history event that names no changed parts counts as a change of every part;
+// a changed part counts as a change of the parts below and above it. A null
+// metadata pointer binds the document to an empty tree of its own.
 
 #include <string>
 #include <vector>
@@ -38,12 +43,14 @@ public:
     TXMPMeta<tStringObj> GetMeta() const { return m_meta; }
 
 private:
+    void Bind(TXMPMeta<tStringObj>* xmpMeta);
+    void AppendEvent(TXMPMeta<tStringObj>& meta, XMP_StringPtr action, const tStringObj& instanceID,
+                     const tStringObj& when, const tStringObj& changed) const;
+
     TXMPMeta<tStringObj> m_meta;
-    bool m_bound = false;
     bool m_dirty = false;
-    std::vector<tStringObj> m_changedParts;
+    std::vector<tStringObj> m_changedParts;  // in the order first noted, no repeats
     tStringObj m_appName;
-    tStringObj m_mimeType;
 };
 
 extern template class TXMPDocOps<std::string>;

@@ -1,8 +1,19 @@
 #pragma once
 // TXMPFiles: the XMP embedded in a media file, through the toolkit's file
 // handlers: open, read, put back (in place or by safe update), close.
+//
+// A file whose name ends in ".xmp" is a sidecar: the whole file is the packet,
+// and a sidecar opened for update need not exist yet. PutXMP only checks and
+// remembers the XMP; CloseFile writes it, and with kXMPFiles_UpdateSafely the
+// file is left as it was if writing fails. Destroying the object, opening
+// another file, or closing without a put never writes. The format argument of
+// OpenFile is not needed: the format is always detected. Failures are
+// XMP_Error naming the operation and the file: kXMPErr_NoFile for a missing
+// file, kXMPErr_NoFileHandler for a format without a handler (unless packet
+// scanning is asked for).
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <xmptoolkit/TXMPMeta.hpp>
@@ -30,7 +41,12 @@ public:
     static XMP_FileFormat CheckFileFormat(XMP_StringPtr filePath);
 
 private:
+    void RequireOpenFile(XMP_StringPtr operation) const;
+
     std::unique_ptr<xmptoolkit_detail::FileHandle> m_file;
+    tStringObj m_path;
+    bool m_forUpdate = false;
+    std::optional<tStringObj> m_pendingPacket;  // put, written by CloseFile
 };
 
 extern template class TXMPFiles<std::string>;

@@ -132,6 +132,8 @@ enum {
     kXMPErr_BadFileFormat = 108,
     kXMPErr_NoFileHandler = 109,
     kXMPErr_TooLargeForJPEG = 110,
+    kXMPErr_NoFile = 111,
+    kXMPErr_FilePermission = 112,
     kXMPErr_BadXML = 201,
     kXMPErr_BadRDF = 202,
     kXMPErr_BadXMP = 203,

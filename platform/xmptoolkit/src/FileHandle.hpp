@@ -1,0 +1,27 @@
+#pragma once
+// One open file behind TXMPFiles: a media file read and written by the
+// toolkit's file handlers, or an XMP sidecar that holds nothing but a packet.
+// Destroying a handle releases the file without writing.
+
+#include <memory>
+#include <string>
+
+#include <xmptoolkit/XMP_Const.hpp>
+
+namespace xmptoolkit_detail {
+
+struct FileHandle {
+    virtual ~FileHandle() = default;
+    // False when the file holds no XMP.
+    virtual bool GetPacket(std::string* packet, XMP_PacketInfo* packetInfo) = 0;
+    virtual bool CanPutPacket(const std::string& packet) = 0;
+    // Writes the packet into the file and releases it. A safe write leaves the
+    // file as it was when anything fails.
+    virtual void WriteAndRelease(const std::string& packet, bool safely) = 0;
+};
+
+std::unique_ptr<FileHandle> OpenMediaFile(const std::string& path, XMP_OptionBits openFlags);
+std::unique_ptr<FileHandle> OpenSidecarFile(const std::string& path, XMP_OptionBits openFlags);
+XMP_FileFormat CheckMediaFileFormat(const std::string& path);
+
+}  // namespace xmptoolkit_detail

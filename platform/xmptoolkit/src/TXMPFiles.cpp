@@ -1,0 +1,109 @@
+#include <xmptoolkit/TXMPFiles.hpp>
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <utility>
+
+#include "FileHandle.hpp"
+#include "ToolkitCall.hpp"
+
+namespace {
+
+bool IsSidecarPath(const std::string& path) {
+    std::string extension = std::filesystem::path(path).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension == ".xmp";
+}
+
+std::string Serialize(const TXMPMeta<std::string>& xmpObj) {
+    std::string packet;
+    xmpObj.SerializeToBuffer(&packet);
+    return packet;
+}
+
+}  // namespace
+
+template <class tStringObj>
+TXMPFiles<tStringObj>::TXMPFiles() = default;
+
+template <class tStringObj>
+TXMPFiles<tStringObj>::TXMPFiles(XMP_StringPtr filePath, XMP_FileFormat format, XMP_OptionBits openFlags) {
+    OpenFile(filePath, format, openFlags);
+}
+
+template <class tStringObj>
+TXMPFiles<tStringObj>::~TXMPFiles() = default;
+
+template <class tStringObj>
+void TXMPFiles<tStringObj>::RequireOpenFile(XMP_StringPtr operation) const {
+    if (m_file == nullptr) xmptoolkit_detail::RaiseError(kXMPErr_BadObject, operation, "", "no file is open");
+}
+
+template <class tStringObj>
+bool TXMPFiles<tStringObj>::OpenFile(XMP_StringPtr filePath, XMP_FileFormat, XMP_OptionBits openFlags) {
+    xmptoolkit_detail::RequireArgument(filePath, "TXMPFiles::OpenFile", "file path");
+    m_file.reset();
+    m_pendingPacket.reset();
+    const tStringObj path = filePath;
+    const bool sidecar = IsSidecarPath(path);
+    m_forUpdate = (openFlags & kXMPFiles_OpenForUpdate) != 0;
+    if (!std::filesystem::exists(path) && !(sidecar && m_forUpdate))
+        xmptoolkit_detail::RaiseError(kXMPErr_NoFile, "TXMPFiles::OpenFile", path, "no such file");
+    m_file = sidecar ? xmptoolkit_detail::OpenSidecarFile(path, openFlags)
+                     : xmptoolkit_detail::OpenMediaFile(path, openFlags);
+    m_path = path;
+    return true;
+}
+
+template <class tStringObj>
+void TXMPFiles<tStringObj>::CloseFile(XMP_OptionBits closeFlags) {
+    // Moved out first: the file is released even when writing fails.
+    const std::unique_ptr<xmptoolkit_detail::FileHandle> file = std::move(m_file);
+    const std::optional<tStringObj> packet = std::exchange(m_pendingPacket, std::nullopt);
+    if (file != nullptr && packet.has_value())
+        file->WriteAndRelease(*packet, (closeFlags & kXMPFiles_UpdateSafely) != 0);
+}
+
+template <class tStringObj>
+bool TXMPFiles<tStringObj>::GetXMP(TXMPMeta<tStringObj>* xmpObj, tStringObj* xmpPacket,
+                                   XMP_PacketInfo* packetInfo) {
+    RequireOpenFile("TXMPFiles::GetXMP");
+    tStringObj packet;
+    if (!m_file->GetPacket(&packet, packetInfo)) return false;
+    if (xmpObj != nullptr) {
+        try {
+            xmpObj->ParseFromBuffer(packet.c_str(), static_cast<XMP_StringLen>(packet.size()));
+        } catch (const XMP_Error& error) {
+            xmptoolkit_detail::RaiseError(error.GetID(), "TXMPFiles::GetXMP", m_path, error.GetErrMsg());
+        }
+    }
+    if (xmpPacket != nullptr) *xmpPacket = std::move(packet);
+    return true;
+}
+
+template <class tStringObj>
+bool TXMPFiles<tStringObj>::CanPutXMP(const TXMPMeta<tStringObj>& xmpObj) {
+    RequireOpenFile("TXMPFiles::CanPutXMP");
+    return m_file->CanPutPacket(Serialize(xmpObj));
+}
+
+template <class tStringObj>
+void TXMPFiles<tStringObj>::PutXMP(const TXMPMeta<tStringObj>& xmpObj) {
+    RequireOpenFile("TXMPFiles::PutXMP");
+    tStringObj packet = Serialize(xmpObj);
+    if (!m_forUpdate)
+        xmptoolkit_detail::RaiseError(kXMPErr_BadObject, "TXMPFiles::PutXMP", m_path, "not opened for update");
+    if (!m_file->CanPutPacket(packet))
+        xmptoolkit_detail::RaiseError(kXMPErr_Unavailable, "TXMPFiles::PutXMP", m_path,
+                                          "the file handler cannot write this XMP into the file");
+    m_pendingPacket = std::move(packet);
+}
+
+template <class tStringObj>
+XMP_FileFormat TXMPFiles<tStringObj>::CheckFileFormat(XMP_StringPtr filePath) {
+    return filePath != nullptr ? xmptoolkit_detail::CheckMediaFileFormat(filePath) : kXMP_UnknownFile;
+}
+
+template class TXMPFiles<std::string>;
