@@ -96,6 +96,10 @@ TEST(TimeCommand, BadInputAndBadUsageExitWithOneLineSayingWhy) {
         {{"time", "00:00:01;00", "--rate", "25"}, 1, "drop-frame timecode (;) needs the rate"},
         {{"time", "00:00:01:30", "--rate", "25"}, 1, "out of range"},
         {{"time", "90f0"}, 1, "zero numerator"},
+        // The library would wrap or read 0; the tool refuses.
+        {{"time", "99999999999f1"}, 1, "too far from zero"},
+        {{"time", "36310202s"}, 1, "too far from zero"},
+        {{"time", "99999999999999999999"}, 1, "a number too large"},
         {{"time", "5", "--rate", "0"}, 2, "--rate: not a frame rate"},
         {{"time", "5", "--json", "--csv"}, 2, "--csv"},
         {{"time"}, 2, "TEXT is required"},

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <regex>
 #include <string>
 
@@ -12,7 +13,10 @@
 namespace keltemporalxmp::tool {
 namespace {
 
-const std::regex kXmpTime("-?[0-9]+(f[0-9]+(s[0-9]+)?)?");
+// 2^63: tick counts must stay below it.
+constexpr double kLargestTicks = static_cast<double>(kTimeUnspecified);
+
+const std::regex kXmpTime("(-?[0-9]+)(f([0-9]+)(s([0-9]+))?)?");
 const std::regex kSeconds("(-?[0-9]*\\.?[0-9]+)s?");
 const std::regex kTimecode("(-?)([0-9]{1,6}):([0-9]{2}):([0-9]{2})([:;])([0-9]{1,6})");
 
@@ -29,6 +33,12 @@ std::int64_t Number(const std::string& digits) {
     std::int64_t value = 0;
     std::from_chars(digits.data(), digits.data() + digits.size(), value);
     return value;
+}
+
+// The library reads a number too large for 64 bits as 0; a user should hear of it.
+bool FitsInt64(const std::string& digits) {
+    std::int64_t value = 0;
+    return std::from_chars(digits.data(), digits.data() + digits.size(), value).ec == std::errc();
 }
 
 // Drop-frame labels skip two (four at 59.94) numbers at the start of every
@@ -62,12 +72,11 @@ UserTime FromTimecode(std::string_view text, const std::smatch& parts, std::opti
 }
 
 UserTime FromSeconds(std::string_view text, const std::string& number, std::optional<FrameRate> rate) {
-    const double seconds = std::stod(number);
-    const double ticks = std::round(seconds * static_cast<double>(kTicksPerSecond));
-    if (!(std::fabs(ticks) < 9.2e18)) {
-        Unreadable(text, "too far from zero");
+    try {
+        return {TicksOfSeconds(std::strtod(number.c_str(), nullptr)), rate};
+    } catch (const InputError& error) {
+        Unreadable(text, error.what());
     }
-    return {static_cast<std::int64_t>(ticks), rate};
 }
 
 UserTime FromXmpTime(std::string_view text, std::optional<FrameRate> rate) {
@@ -81,10 +90,24 @@ UserTime FromXmpTime(std::string_view text, std::optional<FrameRate> rate) {
     if (carriesRate && !IsUsableRate(counted)) {
         Unreadable(text, "its frame rate is zero");
     }
+    // The library wraps a tick count that overflows; refuse instead.
+    const double frames = std::strtod(xmp.c_str(), nullptr);
+    if (!(std::fabs(frames * static_cast<double>(counted.denominator) / static_cast<double>(counted.numerator) *
+                    static_cast<double>(kTicksPerSecond)) <= kLargestTicks)) {
+        Unreadable(text, "too far from zero");
+    }
     return {ticks, carriesRate || rate ? std::optional<FrameRate>(counted) : std::nullopt};
 }
 
 }  // namespace
+
+std::int64_t TicksOfSeconds(double seconds) {
+    const double ticks = std::round(seconds * static_cast<double>(kTicksPerSecond));
+    if (!(std::fabs(ticks) < kLargestTicks)) {
+        throw InputError("too far from zero");
+    }
+    return static_cast<std::int64_t>(ticks);
+}
 
 UserTime ParseUserTime(std::string_view text, std::optional<FrameRate> rate) {
     const std::string input(text);
@@ -92,7 +115,12 @@ UserTime ParseUserTime(std::string_view text, std::optional<FrameRate> rate) {
     if (input == "maximum") {
         return {kTimeUnspecified, rate};
     }
-    if (std::regex_match(input, kXmpTime)) {
+    if (std::regex_match(input, parts, kXmpTime)) {
+        for (const int number : {1, 3, 5}) {
+            if (parts[number].matched && !FitsInt64(parts[number])) {
+                Unreadable(text, "a number too large");
+            }
+        }
         return FromXmpTime(text, rate);
     }
     if (std::regex_match(input, parts, kTimecode)) {

@@ -20,4 +20,7 @@ struct UserTime {
 // in none of the notations, and for timecode without a rate.
 UserTime ParseUserTime(std::string_view text, std::optional<FrameRate> rate);
 
+// Rounded to the nearest tick; InputError when the count would not fit.
+std::int64_t TicksOfSeconds(double seconds);
+
 }  // namespace keltemporalxmp::tool
