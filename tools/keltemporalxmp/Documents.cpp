@@ -25,9 +25,22 @@ bool IsSidecar(const std::string& path) {
     return extension == ".xmp";
 }
 
+// A format without a file handler is scanned for its packet, which can then
+// only be rewritten in place, within its padding.
+void OpenXmpFile(SXMPFiles& file, const std::string& path, XMP_OptionBits openFlags) {
+    try {
+        file.OpenFile(path.c_str(), kXMP_UnknownFile, openFlags);
+    } catch (const XMP_Error& error) {
+        if (error.GetID() != kXMPErr_NoFileHandler) {
+            throw;
+        }
+        file.OpenFile(path.c_str(), kXMP_UnknownFile, openFlags | kXMPFiles_OpenUsePacketScanning);
+    }
+}
+
 void PutInPlace(const std::string& path, const SXMPMeta& meta) {
     SXMPFiles file;
-    file.OpenFile(path.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForUpdate);
+    OpenXmpFile(file, path, kXMPFiles_OpenForUpdate);
     file.PutXMP(meta);
     file.CloseFile(kXMPFiles_UpdateSafely);
 }
@@ -85,7 +98,7 @@ private:
 
 SXMPMeta ReadDocument(const std::string& path) {
     SXMPFiles file;
-    file.OpenFile(path.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead);
+    OpenXmpFile(file, path, kXMPFiles_OpenForRead);
     SXMPMeta meta;
     file.GetXMP(&meta);
     file.CloseFile();

@@ -41,15 +41,21 @@ std::vector<NamedTime> ReadPart(const std::string& text, std::optional<FrameRate
     return {{"start", {startTicks, start}}, {"duration", {durationTicks, duration}}};
 }
 
+std::vector<NamedTime> ReadTimes(const TimeOptions& options, std::string* path) {
+    if (IsPartString(options.text)) {
+        return ReadPart(options.text, options.rate, path);
+    }
+    const UserTime time = ParseUserTime(options.text, options.rate);
+    return {{"time", time}};
+}
+
 std::string XmpCell(const UserTime& time) {
     return XmpTimeText(time.ticks, time.rate.value_or(FrameRate{kTicksPerSecond, 1}));
 }
 
 int RunTime(const TimeOptions& options) {
     std::string path;
-    const std::vector<NamedTime> times = IsPartString(options.text)
-                                             ? ReadPart(options.text, options.rate, &path)
-                                             : std::vector<NamedTime>{{"time", ParseUserTime(options.text, options.rate)}};
+    const std::vector<NamedTime> times = ReadTimes(options, &path);
     Table table({{"time"}, {"ticks", true}, {"seconds", true}, {"rate"}, {"frames", true}, {"timecode"}, {"xmp"}});
     kelcore::JSONValue result = {{"input", options.text}};
     if (IsPartString(options.text)) {
