@@ -2,4 +2,5 @@
 // The whole public interface of keltemporalxmp in one include.
 
 #include <keltemporalxmp/docops.hpp>
+#include <keltemporalxmp/markers.hpp>
 #include <keltemporalxmp/records.hpp>

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <functional>
+#include <thread>
+#include <vector>
 #include <iostream>
 
 #include "xmp_test_packets.hpp"
@@ -184,6 +187,38 @@ TEST(XMPMeta, Namespaces) {
     EXPECT_EQ(text, "kelMetaTest:");
     EXPECT_FALSE(SXMPMeta::RegisterNamespace("urn:kel:meta-test-2/", "kelMetaTest", &text));
     EXPECT_NE(text, "kelMetaTest:");
+}
+
+}  // namespace
+
+namespace {
+
+// Each thread fails in its own way; shared toolkit error state must not mix the ids up.
+TEST(XMPMeta, ThreadsGetTheirOwnErrors) {
+    const std::string packet = Wrapped("<rdf:Description rdf:about='' xmpDM:simple='v'/>");
+    const struct {
+        const char* m_path;
+        XMP_OptionBits m_options;
+        int m_id;
+    } cases[] = {{"simple[2]", 0, kXMPErr_BadXPath},
+                 {"s", kXMP_PropValueIsStruct, kXMPErr_BadOptions},
+                 {"a[1", 0, kXMPErr_BadXPath},
+                 {"fine", 0, 0}};
+    std::atomic<int> mismatches = 0;
+    std::vector<std::thread> threads;
+    for (const auto& failure : cases) {
+        threads.emplace_back([&] {
+            for (int round = 0; round < 200; ++round) {
+                SXMPMeta meta = Parsed(packet);
+                const int id = ErrorIdOf([&] { meta.SetProperty(kXMP_NS_DM, failure.m_path, "x", failure.m_options); });
+                mismatches += id != failure.m_id ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(mismatches, 0);
 }
 
 }  // namespace

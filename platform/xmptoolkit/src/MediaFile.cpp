@@ -114,7 +114,7 @@ private:
 std::unique_ptr<FileHandle> OpenMediaFile(const std::string& path, XMP_OptionBits openFlags) {
     const bool scanForPacket = (openFlags & kXMPFiles_OpenUsePacketScanning) != 0;
     if (!scanForPacket && CheckMediaFileFormat(path) == kXMP_UnknownFile)
-        RaiseError(kXMPErr_NoFileHandler, kOpen, path, "no file handler for this format");
+        RaiseError(kXMPErr_NoFileHandler, kOpen, path, "");
     return std::make_unique<MediaFile>(path, openFlags);
 }
 

@@ -17,28 +17,30 @@ bool RegisterNamespace(XMP_StringPtr namespaceURI, XMP_StringPtr suggestedPrefix
     return asSuggested;
 }
 
-bool NamespacePrefix(XMP_StringPtr namespaceURI, std::string* prefix) {
-    constexpr std::string_view kOperation = "GetNamespacePrefix";
-    RequireArgument(namespaceURI, kOperation, "namespace URI");
+namespace {
+
+// One registry lookup: a name for a key, or false.
+template <class Lookup>
+bool LookUpName(std::string_view operation, XMP_StringPtr key, std::string_view keyName, std::string* name,
+                Lookup lookup) {
+    RequireArgument(key, operation, keyName);
     XmpText text;
-    const bool found = FoundUnlessFailed(
-        CallToolkit([&] { return xmp_namespace_prefix(namespaceURI, text.Get()); }), kOperation, namespaceURI);
+    const bool found =
+        FoundUnlessFailed(CallToolkit([&] { return lookup(key, text.Get()); }), operation, key);
     if (found) {
-        text.CopyTo(prefix);
+        text.CopyTo(name);
     }
     return found;
 }
 
+}  // namespace
+
+bool NamespacePrefix(XMP_StringPtr namespaceURI, std::string* prefix) {
+    return LookUpName("GetNamespacePrefix", namespaceURI, "namespace URI", prefix, xmp_namespace_prefix);
+}
+
 bool NamespaceURI(XMP_StringPtr prefix, std::string* namespaceURI) {
-    constexpr std::string_view kOperation = "GetNamespaceURI";
-    RequireArgument(prefix, kOperation, "namespace prefix");
-    XmpText text;
-    const bool found = FoundUnlessFailed(
-        CallToolkit([&] { return xmp_prefix_namespace_uri(prefix, text.Get()); }), kOperation, prefix);
-    if (found) {
-        text.CopyTo(namespaceURI);
-    }
-    return found;
+    return LookUpName("GetNamespaceURI", prefix, "namespace prefix", namespaceURI, xmp_prefix_namespace_uri);
 }
 
 }  // namespace xmptoolkit_detail

@@ -50,7 +50,7 @@ bool TXMPFiles<tStringObj>::OpenFile(XMP_StringPtr filePath, XMP_FileFormat, XMP
     const bool sidecar = IsSidecarPath(path);
     m_forUpdate = (openFlags & kXMPFiles_OpenForUpdate) != 0;
     if (!std::filesystem::exists(path) && !(sidecar && m_forUpdate))
-        xmptoolkit_detail::RaiseError(kXMPErr_NoFile, "TXMPFiles::OpenFile", path, "no such file");
+        xmptoolkit_detail::RaiseError(kXMPErr_NoFile, "TXMPFiles::OpenFile", path, "");
     m_file = sidecar ? xmptoolkit_detail::OpenSidecarFile(path, openFlags)
                      : xmptoolkit_detail::OpenMediaFile(path, openFlags);
     m_path = path;

@@ -37,6 +37,10 @@ std::string_view ErrorName(int id) {
         case kXMPErr_BadIterPosition: return "bad iterator position";
         case kXMPErr_BadParse: return "bad parse";
         case kXMPErr_BadSerialize: return "bad serialize";
+        case kXMPErr_BadFileFormat: return "bad file format";
+        case kXMPErr_NoFileHandler: return "no file handler";
+        case kXMPErr_NoFile: return "no such file";
+        case kXMPErr_FilePermission: return "file permission";
         case kXMPErr_BadXML: return "bad XML";
         case kXMPErr_BadRDF: return "bad RDF";
         case kXMPErr_BadXMP: return "bad XMP";

@@ -5,12 +5,12 @@
 // A file whose name ends in ".xmp" is a sidecar: the whole file is the packet,
 // and a sidecar opened for update need not exist yet. PutXMP only checks and
 // remembers the XMP; CloseFile writes it, and with kXMPFiles_UpdateSafely the
-// file is left as it was if writing fails. Destroying the object, or closing
-// without a put, never writes. The format argument of OpenFile is a hint that
-// is not needed: the format is always detected. Failures are XMP_Error naming
-// the operation and the file: kXMPErr_NoFile for a missing file,
-// kXMPErr_NoFileHandler for a format without a handler (unless packet scanning
-// is asked for).
+// file is left as it was if writing fails. Destroying the object, opening
+// another file, or closing without a put never writes. The format argument of
+// OpenFile is not needed: the format is always detected. Failures are
+// XMP_Error naming the operation and the file: kXMPErr_NoFile for a missing
+// file, kXMPErr_NoFileHandler for a format without a handler (unless packet
+// scanning is asked for).
 
 #include <memory>
 #include <optional>

@@ -1,5 +1,7 @@
 #pragma once
 // TXMPIterator: walks the nodes of a TXMPMeta tree, or of one of its subtrees.
+// The iterator keeps the tree it walks alive, even across a re-parse or the
+// end of every handle; changing that tree during the walk ends the walk.
 
 #include <memory>
 #include <string>

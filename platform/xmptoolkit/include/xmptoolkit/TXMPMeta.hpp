@@ -2,10 +2,26 @@
 // TXMPMeta: one XMP metadata tree. The object is a handle: copies share one
 // reference-counted tree, Clone() makes an independent deep copy.
 //
+// The toolkit initialises itself once per process, thread-safely, on first use.
+//
 // Thread safety: the underlying toolkit keeps its last error in shared state,
-// so every toolkit call is paired with its error read under one process-wide
+// and neither its initialisation nor its namespace registry may be raced, so
+// every toolkit call is paired with its error read under one process-wide
 // lock. Distinct objects may be used from different threads; one object is
 // used by one thread at a time.
+//
+// Toolkit messages: the underlying toolkit prints the message of every failure
+// on std::cerr. At initialisation the layer routes std::cerr through a
+// forwarder that moves those messages into the XMP_Error being raised (its text
+// ends with the toolkit's message) and passes everything else unchanged. A host
+// that later replaces std::cerr's stream buffer gets the toolkit's lines again.
+//
+// Parsing: a bare rdf:RDF packet is accepted as well as one in x:xmpmeta. A
+// failed parse leaves the object as it was. The toolkit's parser gives the
+// single language of a two-item alt-text array the x-default's value, so such
+// arrays do not survive a packet round trip; Clone() copies node by node.
+//
+// Namespace prefixes are given with their colon ("xmpDM:").
 
 #include <memory>
 #include <string>
