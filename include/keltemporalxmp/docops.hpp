@@ -131,6 +131,8 @@ public:
 private:
     // Reads the track list from the metadata, once.
     void CacheTrackList();
+    // PrepareForSave's first part: every changed list, in a fixed order.
+    void WriteChangedLists();
     void WriteTrackList();
     // The ingredient list and the pantry are written after the tracks, in this
     // order; each writer lives beside its list.

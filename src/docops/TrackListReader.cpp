@@ -1,0 +1,294 @@
+#include "docops/TrackListReader.hpp"
+
+#include <keltemporalxmp/docops.hpp>
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "docops/TrackLayout.hpp"
+#include "timestrings/TimeText.hpp"
+
+namespace keltemporalxmp::docops {
+namespace {
+
+constexpr std::string_view kOperation = "Reading the track list";
+
+// Where a node sits below the tracks array, by the number of steps of its path.
+enum Depth : int {
+    kTrackItem = 1,     // [i]
+    kTrackField = 2,    // [i]/field
+    kMarkerItem = 3,    // [i]/xmpDM:markers[j]
+    kMarkerField = 4,   // .../markers[j]/field
+    kCuePointItem = 5,  // .../xmpDM:cuePointParams[k]
+    kCuePointField = 6, // .../cuePointParams[k]/field
+};
+
+struct Step {
+    int depth = 0;
+    std::string_view name;  // the last step's name; empty for an item
+};
+
+Step LastStep(std::string_view relativePath) {
+    Step step;
+    std::size_t nameStart = std::string_view::npos;
+    for (std::size_t i = 0; i < relativePath.size(); ++i) {
+        if (relativePath[i] == '/') {
+            ++step.depth;
+            nameStart = i + 1;
+        } else if (relativePath[i] == '[') {
+            ++step.depth;
+            nameStart = std::string_view::npos;
+        }
+    }
+    if (nameStart != std::string_view::npos) {
+        step.name = relativePath.substr(nameStart);
+    }
+    return step;
+}
+
+bool IsStruct(XMP_OptionBits options) {
+    return (options & kXMP_PropValueIsStruct) != 0;
+}
+bool IsArray(XMP_OptionBits options) {
+    return (options & kXMP_PropValueIsArray) != 0;
+}
+bool IsSimple(XMP_OptionBits options) {
+    return (options & kXMP_PropCompositeMask) == 0;
+}
+
+struct CuePointText {
+    std::string m_key;
+    std::string m_value;
+};
+
+// A marker's texts as found; converted once its track's rate is known.
+struct MarkerText {
+    std::size_t m_index = 0;  // in its markers array, for messages
+    std::string m_startTime;
+    std::string m_duration;
+    std::string m_comment;
+    std::string m_name;
+    std::string m_location;
+    std::string m_target;
+    std::string m_type;
+    std::string m_cuePointType;
+    std::string m_speaker;
+    std::string m_probability;
+    std::vector<CuePointText> m_cuePoints;
+
+    std::string* Field(std::string_view name) {
+        if (name == field::kStartTime) return &m_startTime;
+        if (name == field::kDuration) return &m_duration;
+        if (name == field::kComment) return &m_comment;
+        if (name == field::kName) return &m_name;
+        if (name == field::kLocation) return &m_location;
+        if (name == field::kTarget) return &m_target;
+        if (name == field::kType) return &m_type;
+        if (name == field::kCuePointType) return &m_cuePointType;
+        if (name == field::kSpeaker) return &m_speaker;
+        if (name == field::kProbability) return &m_probability;
+        return nullptr;
+    }
+};
+
+struct TrackText {
+    std::size_t m_index = 0;  // in the tracks array, for messages
+    std::string m_name;
+    std::string m_type;
+    std::string m_frameRate;
+    std::size_t m_markerItemCount = 0;
+    std::vector<MarkerText> m_markers;
+};
+
+// Ticks of a time text, with the rate pair it was read at: the track's unless
+// the text carries its own. An absent time is 0.
+std::int64_t ReadTime(const std::string& text, std::int64_t& numerator, std::int64_t& denominator) {
+    if (text.empty()) {
+        return 0;
+    }
+    return timestrings::ReadTimeText(text, &numerator, &denominator, kTicksPerSecond,
+                                     timestrings::Reduction::kAnyNumeratorButOne);
+}
+
+class Reader {
+public:
+    Reader(const char* tracksPath, std::vector<XMPTrack>& tracks) : m_tracksPath(tracksPath), m_tracks(tracks) {}
+
+    void Read(SXMPIterator& walk) {
+        if (!walk.Next(nullptr, &m_path, &m_value, &m_options) || !IsArray(m_options)) {
+            return;
+        }
+        while (walk.Next(nullptr, &m_path, &m_value, &m_options)) {
+            const std::string_view path(m_path);
+            if (!path.starts_with(m_tracksPath) || !Take(LastStep(path.substr(m_tracksPath.size())))) {
+                walk.Skip(kXMP_IterSkipSubtree);
+            }
+        }
+        FinishTrack();
+    }
+
+private:
+    // Keeps what the node holds; false when its subtree is of no interest.
+    bool Take(const Step& step) {
+        switch (step.depth) {
+            case kTrackItem:
+                FinishTrack();
+                m_inTrack = IsStruct(m_options);
+                m_track.m_index = ++m_trackCount;
+                m_inMarker = false;
+                return m_inTrack;
+            case kTrackField:
+                return TakeTrackField(step.name);
+            case kMarkerItem:
+                m_inMarker = IsStruct(m_options);
+                ++m_track.m_markerItemCount;
+                if (m_inMarker) {
+                    m_track.m_markers.emplace_back().m_index = m_track.m_markerItemCount;
+                }
+                return m_inMarker;
+            case kMarkerField:
+                return TakeMarkerField(step.name);
+            case kCuePointItem:
+                m_inCuePoint = IsStruct(m_options);
+                if (m_inCuePoint) {
+                    m_track.m_markers.back().m_cuePoints.emplace_back();
+                }
+                return m_inCuePoint;
+            case kCuePointField:
+                return TakeCuePointField(step.name);
+            default:
+                return false;
+        }
+    }
+
+    bool TakeTrackField(std::string_view name) {
+        if (name == field::kMarkers) {
+            m_inMarker = false;
+            return IsArray(m_options);
+        }
+        std::string* text = name == field::kTrackName   ? &m_track.m_name
+                            : name == field::kTrackType ? &m_track.m_type
+                            : name == field::kFrameRate ? &m_track.m_frameRate
+                                                        : nullptr;
+        return TakeText(text);
+    }
+
+    bool TakeMarkerField(std::string_view name) {
+        if (!m_inMarker) {
+            return false;
+        }
+        if (name == field::kCuePointParams) {
+            m_inCuePoint = false;
+            return IsArray(m_options);
+        }
+        return TakeText(m_track.m_markers.back().Field(name));
+    }
+
+    bool TakeCuePointField(std::string_view name) {
+        if (!m_inCuePoint) {
+            return false;
+        }
+        CuePointText& cuePoint = m_track.m_markers.back().m_cuePoints.back();
+        return TakeText(name == field::kKey ? &cuePoint.m_key : name == field::kValue ? &cuePoint.m_value : nullptr);
+    }
+
+    // Only simple values are kept; nothing below a node is ever needed here.
+    bool TakeText(std::string* text) {
+        if (text != nullptr && IsSimple(m_options)) {
+            std::swap(*text, m_value);
+        }
+        return false;
+    }
+
+    void FinishTrack() {
+        if (m_inTrack) {
+            m_tracks.push_back(MakeTrack());
+        }
+        m_inTrack = false;
+        m_track = TrackText();
+    }
+
+    XMPTrack MakeTrack() {
+        std::int64_t numerator = 1;
+        std::int64_t denominator = 1;
+        if (!m_track.m_frameRate.empty()) {
+            XMPDocOpsTemporal::ParseExternalFrameRateString(m_track.m_frameRate.c_str(), &numerator, &denominator);
+        }
+        XMPTrack track(m_track.m_name.c_str(), m_track.m_type.c_str(), numerator, denominator);
+        for (const MarkerText& marker : m_track.m_markers) {
+            // Markers mostly come in time order: the end is then the right place.
+            track.AddMarker(track.GetMarkers().end(), MakeMarker(marker, numerator, denominator));
+        }
+        return track;
+    }
+
+    XMPTemporalMetadataInfo MakeMarker(const MarkerText& text, std::int64_t trackNumerator,
+                                       std::int64_t trackDenominator) const {
+        std::int64_t startNumerator = trackNumerator;
+        std::int64_t startDenominator = trackDenominator;
+        std::int64_t durationNumerator = trackNumerator;
+        std::int64_t durationDenominator = trackDenominator;
+        std::int64_t startTime = 0;
+        std::int64_t duration = 0;
+        try {
+            startTime = ReadTime(text.m_startTime, startNumerator, startDenominator);
+            duration = ReadTime(text.m_duration, durationNumerator, durationDenominator);
+        } catch (const XMP_Error& error) {
+            RethrowAt(error, kOperation, MarkerPath(text.m_index));
+        }
+        std::vector<XMPCuePointParam> params;
+        params.reserve(text.m_cuePoints.size());
+        std::vector<XMPKeywordData> keywords;
+        const std::string* markerID = nullptr;
+        for (const CuePointText& cuePoint : text.m_cuePoints) {
+            if (cuePoint.m_key == kMarkerIdKey) {
+                markerID = markerID != nullptr ? markerID : &cuePoint.m_value;
+            } else if (cuePoint.m_key.starts_with(kKeywordExtKELPrefixV1)) {
+                keywords.push_back(CuePointToKeyword(XMPCuePointParam(cuePoint.m_key.c_str(),
+                                                                      cuePoint.m_value.c_str())));
+            } else {
+                params.emplace_back(cuePoint.m_key.c_str(), cuePoint.m_value.c_str());
+            }
+        }
+        XMPTemporalMetadataInfo marker(text.m_name.c_str(), text.m_comment.c_str(), startTime, startNumerator,
+                                       startDenominator, duration, durationNumerator, durationDenominator,
+                                       text.m_type.c_str(), text.m_location.c_str(), text.m_target.c_str(),
+                                       text.m_cuePointType.c_str(), params, text.m_speaker.c_str(),
+                                       text.m_probability.c_str(), markerID != nullptr ? markerID->c_str() : nullptr,
+                                       nullptr);
+        for (const XMPKeywordData& keyword : keywords) {
+            marker.AddKeyword(keyword);
+        }
+        return marker;
+    }
+
+    std::string MarkerPath(std::size_t markerIndex) const {
+        std::string path = m_tracksPath;
+        AppendItemIndex(path, m_track.m_index);
+        path.append(1, '/').append(field::kMarkers);
+        AppendItemIndex(path, markerIndex);
+        return path;
+    }
+
+    std::string m_tracksPath;
+    std::vector<XMPTrack>& m_tracks;
+    std::string m_path;
+    std::string m_value;
+    XMP_OptionBits m_options = 0;
+    std::size_t m_trackCount = 0;
+    TrackText m_track;
+    bool m_inTrack = false;
+    bool m_inMarker = false;
+    bool m_inCuePoint = false;
+};
+
+}  // namespace
+
+void ReadTrackList(const SXMPMeta& meta, const char* schemaNS, const char* tracksPath,
+                   std::vector<XMPTrack>& tracks) {
+    SXMPIterator walk(meta, schemaNS, tracksPath, kXMP_IterOmitQualifiers);
+    Reader(tracksPath, tracks).Read(walk);
+}
+
+}  // namespace keltemporalxmp::docops

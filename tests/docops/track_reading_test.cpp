@@ -1,0 +1,236 @@
+#include <limits>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "docops_test_support.hpp"
+
+namespace {
+
+using namespace docops_test;
+using Info = XMPTemporalMetadataInfo;
+
+std::string Name(const XMPTrack& track) {
+    std::string name;
+    track.GetTrackName(&name);
+    return name;
+}
+
+std::string Type(const XMPTrack& track) {
+    std::string type;
+    track.GetTrackType(&type);
+    return type;
+}
+
+std::vector<std::string> CuePoints(const Info& marker) {
+    std::vector<std::string> pairs;
+    for (const XMPCuePointParam& param : marker.GetCuePointParamList()) {
+        pairs.push_back(*param.GetKeyPtr() + "=" + *param.GetValuePtr());
+    }
+    return pairs;
+}
+
+TEST(TrackRoundTrip, EveryFieldKeywordsAndIdsComeBack) {
+    XMPTrack chapters("Chapters", "Chapter", 30000, 1001);
+    Info full("Intro", "first words", 2 * kSecond, kSecond, "Scene", "here", "there", "Event",
+              {XMPCuePointParam("a", "1"), XMPCuePointParam("b", "")}, "Ann", "0.5", "id-1", nullptr);
+    keltemporalxmp::XMPKeywordExtension extension;
+    extension.m_TagDescription = {"payload", 255, 3};
+    full.AddKeyword(keltemporalxmp::XMPKeywordData("Tag", extension));
+    chapters.AddMarker(full);
+    chapters.AddMarker(Marker("same type", 5 * kSecond, 0, {}, nullptr, "Chapter"));
+    chapters.AddMarker(Marker("unbounded", std::numeric_limits<std::int64_t>::max()));
+    XMPTrack other("Other", 25, 1);
+
+    SXMPMeta meta;
+    WriteTracks(meta, {chapters, other});
+    const std::vector<XMPTrack> tracks = ReadTracks(meta);
+
+    ASSERT_EQ(tracks.size(), 2u);
+    EXPECT_EQ(Name(tracks[0]), "Chapters");
+    EXPECT_EQ(Type(tracks[0]), "Chapter");
+    EXPECT_EQ(tracks[0].GetFrameRateNumerator(), 30000);
+    EXPECT_EQ(tracks[0].GetFrameRateDenominator(), 1001);
+    EXPECT_EQ(Name(tracks[1]), "Other");
+    EXPECT_TRUE(tracks[1].GetMarkers().empty());
+
+    ASSERT_EQ(tracks[0].GetMarkers().size(), 3u);
+    auto entry = tracks[0].GetMarkers().begin();
+    const Info& intro = entry->second;
+    // 2 s and 1 s are whole frames at 29.97 only after rounding.
+    EXPECT_EQ(intro.GetStartTime(), 2002 * kSecond / 1000);
+    EXPECT_EQ(intro.GetDuration(), 1001 * kSecond / 1000);
+    EXPECT_EQ(intro.GetStartTimeFrameRateNumerator(), 30000);
+    EXPECT_EQ(intro.GetDurationFrameRateDenominator(), 1001);
+    for (const auto& [field, text] : std::vector<std::pair<Info::_infoFieldEnum, std::string>>{
+             {Info::kInfoField_Name, "Intro"},
+             {Info::kInfoField_Comment, "first words"},
+             {Info::kInfoField_MarkerType, "Scene"},
+             {Info::kInfoField_Location, "here"},
+             {Info::kInfoField_Target, "there"},
+             {Info::kInfoField_CuePointType, "Event"},
+             {Info::kInfoField_Speaker, "Ann"},
+             {Info::kInfoField_Probability, "0.5"},
+             {Info::kInfoField_MarkerID, "id-1"},
+         }) {
+        EXPECT_EQ(Text(intro, field), text) << field;
+    }
+    EXPECT_EQ(CuePoints(intro), (std::vector<std::string>{"a=1", "b="}));
+    ASSERT_EQ(intro.GetKeywords().size(), 1u);
+    const keltemporalxmp::XMPKeywordData& keyword = intro.GetKeywords().front();
+    EXPECT_EQ(keyword.m_Name, "Tag");
+    EXPECT_EQ(keyword.id, full.GetKeywords().front().id);
+    EXPECT_EQ(keyword.m_Extension.m_TagDescription.m_Payload, "payload");
+    EXPECT_EQ(keyword.m_Extension.m_TagDescription.m_ARGBColor, 255);
+    EXPECT_EQ(keyword.m_Extension.m_TagDescription.m_Index, 3);
+
+    const Info& sameType = (++entry)->second;
+    EXPECT_EQ(Text(sameType, Info::kInfoField_MarkerType), "");  // it lives on the track
+    EXPECT_EQ(sameType.GetDuration(), 0);
+    EXPECT_EQ(Text(sameType, Info::kInfoField_MarkerID), "");
+    EXPECT_TRUE(sameType.GetCuePointParamList().empty());
+    EXPECT_EQ((++entry)->second.GetStartTime(), std::numeric_limits<std::int64_t>::max());
+}
+
+TEST(TrackRoundTrip, OwnRateMarkersKeepTheirRate) {
+    XMPTrack track("T", 25, 1);
+    track.AddMarker(Info("own", "", kSecond, 50, 1, 3 * kSecond, 30000, 1001, "", "", "", "", {}, "", "", nullptr,
+                         nullptr));
+    SXMPMeta meta;
+    WriteTracks(meta, {track});
+    const std::vector<XMPTrack> tracks = ReadTracks(meta);
+    const Info& marker = tracks.at(0).GetMarkers().begin()->second;
+    EXPECT_EQ(marker.GetStartTime(), kSecond);
+    EXPECT_EQ(marker.GetStartTimeFrameRateNumerator(), 50);
+    EXPECT_EQ(marker.GetStartTimeFrameRateDenominator(), 1);
+    EXPECT_EQ(marker.GetDuration(), 3003 * kSecond / 1000);  // 90 frames at 29.97
+    EXPECT_EQ(marker.GetDurationFrameRateNumerator(), 30000);
+    EXPECT_EQ(marker.GetDurationFrameRateDenominator(), 1001);
+}
+
+// Hand-built the way other writers do it: Seq of tracks, fields in another
+// order, extra fields of this and of other schemas, no rate, no duration.
+TEST(TrackReading, PacketOfAnotherWriter) {
+    SXMPMeta meta;
+    SXMPMeta::RegisterNamespace("http://example.com/other/", "other", nullptr);
+    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks", "", kXMP_PropArrayIsOrdered);
+    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", 0, nullptr, kXMP_PropValueIsStruct);
+    const std::string track = "xmpDM:Tracks[1]";
+    meta.SetProperty(kXMP_NS_DM, (track + "/xmpDM:markers").c_str(), "", kXMP_PropArrayIsUnordered);
+    const std::string marker = track + "/xmpDM:markers[1]";
+    meta.AppendArrayItem(kXMP_NS_DM, (track + "/xmpDM:markers").c_str(), 0, nullptr, kXMP_PropValueIsStruct);
+    meta.SetProperty(kXMP_NS_DM, (marker + "/xmpDM:name").c_str(), "late rate");
+    meta.SetProperty(kXMP_NS_DM, (marker + "/xmpDM:startTime").c_str(), "50");
+    meta.SetProperty(kXMP_NS_DM, (marker + "/xmpDM:tempo").c_str(), "120");
+    meta.SetProperty(kXMP_NS_DM, (marker + "/other:note").c_str(), "", kXMP_PropValueIsStruct);
+    meta.SetProperty(kXMP_NS_DM, (marker + "/other:note/other:text").c_str(), "ignored");
+    meta.SetProperty(kXMP_NS_DM, (marker + "/xmpDM:cuePointParams").c_str(), "", kXMP_PropArrayIsUnordered);
+    meta.AppendArrayItem(kXMP_NS_DM, (marker + "/xmpDM:cuePointParams").c_str(), 0, nullptr,
+                         kXMP_PropValueIsStruct);
+    meta.SetProperty(kXMP_NS_DM, (marker + "/xmpDM:cuePointParams[1]/xmpDM:value").c_str(), "v");
+    meta.SetProperty(kXMP_NS_DM, (marker + "/xmpDM:cuePointParams[1]/xmpDM:key").c_str(), "k");
+    meta.SetProperty(kXMP_NS_DM, (track + "/xmpDM:frameRate").c_str(), "f25");
+    meta.SetProperty(kXMP_NS_DM, (track + "/xmpDM:trackName").c_str(), "Named last");
+    meta.SetProperty(kXMP_NS_DM, (track + "/other:label").c_str(), "x");
+    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", 0, nullptr, kXMP_PropValueIsStruct);
+    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[2]/xmpDM:trackName", "No rate, no markers");
+
+    const std::vector<XMPTrack> tracks = ReadTracks(meta);
+    ASSERT_EQ(tracks.size(), 2u);
+    EXPECT_EQ(Name(tracks[0]), "Named last");
+    ASSERT_EQ(tracks[0].GetMarkers().size(), 1u);
+    const Info& read = tracks[0].GetMarkers().begin()->second;
+    EXPECT_EQ(Text(read, Info::kInfoField_Name), "late rate");
+    EXPECT_EQ(read.GetStartTime(), 2 * kSecond);  // at the rate that came after the markers
+    EXPECT_EQ(read.GetDuration(), 0);
+    EXPECT_EQ(CuePoints(read), (std::vector<std::string>{"k=v"}));
+    EXPECT_EQ(Name(tracks[1]), "No rate, no markers");
+    EXPECT_EQ(tracks[1].GetFrameRateNumerator(), 1);
+    EXPECT_EQ(tracks[1].GetFrameRateDenominator(), 1);
+}
+
+// Broken pieces are passed over; the rest reads.
+TEST(TrackReading, StructurallyBrokenPiecesAreSkipped) {
+    SXMPMeta meta;
+    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks", "", kXMP_PropArrayIsUnordered);
+    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", 0, "a plain item");
+    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", 0, nullptr, kXMP_PropValueIsStruct);
+    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[2]/xmpDM:trackName", "markers not an array");
+    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[2]/xmpDM:markers", "text");
+    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", 0, nullptr, kXMP_PropValueIsStruct);
+    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[3]/xmpDM:trackName", "some good markers");
+    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[3]/xmpDM:frameRate", "f25");
+    const std::string markers = "xmpDM:Tracks[3]/xmpDM:markers";
+    meta.SetProperty(kXMP_NS_DM, markers.c_str(), "", kXMP_PropArrayIsOrdered);
+    meta.AppendArrayItem(kXMP_NS_DM, markers.c_str(), 0, "not a struct");
+    meta.AppendArrayItem(kXMP_NS_DM, markers.c_str(), 0, nullptr, kXMP_PropValueIsStruct);
+    meta.SetProperty(kXMP_NS_DM, (markers + "[2]/xmpDM:startTime").c_str(), "abc");
+    meta.SetProperty(kXMP_NS_DM, (markers + "[2]/xmpDM:duration").c_str(), "2x");
+    meta.SetProperty(kXMP_NS_DM, (markers + "[2]/xmpDM:name").c_str(), "", kXMP_PropValueIsStruct);
+    meta.SetProperty(kXMP_NS_DM, (markers + "[2]/xmpDM:name/xmpDM:inner").c_str(), "a struct where text belongs");
+    meta.SetProperty(kXMP_NS_DM, (markers + "[2]/xmpDM:cuePointParams").c_str(), "not an array");
+    meta.AppendArrayItem(kXMP_NS_DM, markers.c_str(), 0, nullptr, kXMP_PropValueIsStruct);
+    meta.SetProperty(kXMP_NS_DM, (markers + "[3]/xmpDM:startTime").c_str(), "25");
+    meta.SetProperty(kXMP_NS_DM, (markers + "[3]/xmpDM:cuePointParams").c_str(), "", kXMP_PropArrayIsOrdered);
+    meta.AppendArrayItem(kXMP_NS_DM, (markers + "[3]/xmpDM:cuePointParams").c_str(), 0, "plain");
+    meta.AppendArrayItem(kXMP_NS_DM, (markers + "[3]/xmpDM:cuePointParams").c_str(), 0, nullptr,
+                         kXMP_PropValueIsStruct);
+    meta.SetProperty(kXMP_NS_DM, (markers + "[3]/xmpDM:cuePointParams[2]/xmpDM:key").c_str(), "only a key");
+
+    const std::vector<XMPTrack> tracks = ReadTracks(meta);
+    ASSERT_EQ(tracks.size(), 2u);
+    EXPECT_EQ(Name(tracks[0]), "markers not an array");
+    EXPECT_TRUE(tracks[0].GetMarkers().empty());
+    ASSERT_EQ(tracks[1].GetMarkers().size(), 2u);
+    auto entry = tracks[1].GetMarkers().begin();
+    EXPECT_EQ(entry->second.GetStartTime(), 0);
+    EXPECT_EQ(entry->second.GetDuration(), 2 * kSecond / 25);  // digits up to the first other character
+    EXPECT_EQ(Text(entry->second, Info::kInfoField_Name), "");
+    EXPECT_TRUE(entry->second.GetCuePointParamList().empty());
+    EXPECT_EQ((++entry)->second.GetStartTime(), kSecond);
+    EXPECT_EQ(CuePoints(entry->second), (std::vector<std::string>{"only a key="}));
+}
+
+TEST(TrackReading, NoTracksOrTracksNotAnArrayReadAsNone) {
+    SXMPMeta none;
+    EXPECT_TRUE(ReadTracks(none).empty());
+    SXMPMeta simple;
+    simple.SetProperty(kXMP_NS_DM, "xmpDM:Tracks", "text");
+    EXPECT_TRUE(ReadTracks(simple).empty());
+}
+
+TEST(TrackReading, FirstMarkerGuidWinsAndIsNotACuePoint) {
+    SXMPMeta meta;
+    WriteTracks(meta, {[] {
+                    XMPTrack track;
+                    track.AddMarker(Marker("m", 0, 0,
+                                           {XMPCuePointParam("marker_guid", "first"), XMPCuePointParam("k", "v")},
+                                           "second"));
+                    return track;
+                }()});
+    const std::vector<XMPTrack> tracks = ReadTracks(meta);
+    const Info& marker = tracks.at(0).GetMarkers().begin()->second;
+    EXPECT_EQ(Text(marker, Info::kInfoField_MarkerID), "first");
+    EXPECT_EQ(CuePoints(marker), (std::vector<std::string>{"k=v"}));
+}
+
+TEST(TrackReading, ZeroRateNamesTheMarker) {
+    SXMPMeta meta;
+    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks", "", kXMP_PropArrayIsUnordered);
+    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", 0, nullptr, kXMP_PropValueIsStruct);
+    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:frameRate", "fabc");
+    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:markers", kXMP_PropArrayIsOrdered, nullptr,
+                         kXMP_PropValueIsStruct);
+    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:markers[1]/xmpDM:startTime", "10");
+    try {
+        ReadTracks(meta);
+        FAIL() << "no error";
+    } catch (const XMP_Error& error) {
+        EXPECT_EQ(error.GetID(), kXMPErr_BadValue);
+        EXPECT_NE(std::string(error.GetErrMsg()).find("xmpDM:Tracks[1]/xmpDM:markers[1]"), std::string::npos)
+            << error.GetErrMsg();
+    }
+}
+
+}  // namespace
