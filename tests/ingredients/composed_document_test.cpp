@@ -18,14 +18,6 @@ SXMPMeta Reparsed(const SXMPMeta& meta) {
     return SXMPMeta(packet.c_str(), static_cast<XMP_StringLen>(packet.size()));
 }
 
-SXMPMeta Extracted(const SXMPMeta& doc, const char* instanceID) {
-    std::string path;
-    EXPECT_TRUE(XMPDocOpsTemporal::LookupXMPPantryPathGivenInstanceId(doc, instanceID, &path)) << instanceID;
-    SXMPMeta out;
-    XMPDocOpsTemporal::ExtractXMPMetaFromPantry(&out, doc, path.c_str());
-    return out;
-}
-
 std::vector<std::string> Keys(XMPDocOpsTemporal& doc) {
     std::vector<std::string> keys;
     for (const I& ingredient : Ingredients(doc)) {

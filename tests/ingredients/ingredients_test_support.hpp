@@ -80,6 +80,16 @@ inline std::vector<std::string> PantryIDs(const SXMPMeta& meta) {
     return ids;
 }
 
+// The document that doc's pantry holds under instanceID (empty when none).
+inline SXMPMeta Extracted(const SXMPMeta& doc, const char* instanceID) {
+    std::string path;
+    SXMPMeta out;
+    if (XMPDocOpsTemporal::LookupXMPPantryPathGivenInstanceId(doc, instanceID, &path)) {
+        XMPDocOpsTemporal::ExtractXMPMetaFromPantry(&out, doc, path.c_str());
+    }
+    return out;
+}
+
 // Parts in ticks at the tick rate, for comparing spans.
 inline std::string Part(std::int64_t start, std::int64_t duration) {
     std::string part;

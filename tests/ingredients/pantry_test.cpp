@@ -21,14 +21,6 @@ SXMPMeta Composed(const char* instanceID, const std::vector<SXMPMeta>& sources) 
     return meta;
 }
 
-SXMPMeta Extracted(const SXMPMeta& doc, const char* instanceID) {
-    std::string path;
-    EXPECT_TRUE(XMPDocOpsTemporal::LookupXMPPantryPathGivenInstanceId(doc, instanceID, &path)) << instanceID;
-    SXMPMeta out;
-    XMPDocOpsTemporal::ExtractXMPMetaFromPantry(&out, doc, path.c_str());
-    return out;
-}
-
 TEST(Pantry, LookupFindsTheDocumentItselfFirstThenItemsInOrder) {
     const SXMPMeta meta = Composed("xmp.iid:top", {SourceDocument("xmp.iid:a", "A"), SourceDocument("xmp.iid:b", "B")});
     std::string path = "stale";
