@@ -205,6 +205,7 @@ public:
     void AddMarker(const XMPTemporalMetadataInfo& marker);
     // Placed as close before `hint` as the start time allows.
     void AddMarker(MarkerMap::const_iterator hint, const XMPTemporalMetadataInfo& marker);
+    void AddMarker(MarkerMap::const_iterator hint, XMPTemporalMetadataInfo&& marker);
     void RemoveMarker(MarkerMap::const_iterator position);
     void ClearMarkers();
     const MarkerMap& GetMarkers() const { return m_markers; }

@@ -2,6 +2,7 @@
 
 #include <keltemporalxmp/docops.hpp>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -62,7 +63,7 @@ struct CuePointText {
     std::string m_value;
 };
 
-// A marker's texts as found; converted once its track's rate is known.
+// A marker's texts as found.
 struct MarkerText {
     std::size_t m_index = 0;  // in its markers array, for messages
     std::string m_startTime;
@@ -90,15 +91,15 @@ struct MarkerText {
         if (name == field::kProbability) return &m_probability;
         return nullptr;
     }
-};
 
-struct TrackText {
-    std::size_t m_index = 0;  // in the tracks array, for messages
-    std::string m_name;
-    std::string m_type;
-    std::string m_frameRate;
-    std::size_t m_markerItemCount = 0;
-    std::vector<MarkerText> m_markers;
+    // Empty again, keeping the strings' buffers for the next marker.
+    void Clear() {
+        for (std::string* text : {&m_startTime, &m_duration, &m_comment, &m_name, &m_location, &m_target, &m_type,
+                                  &m_cuePointType, &m_speaker, &m_probability}) {
+            text->clear();
+        }
+        m_cuePoints.clear();
+    }
 };
 
 // Ticks of a time text, with the rate pair it was read at: the track's unless
@@ -111,6 +112,9 @@ std::int64_t ReadTime(const std::string& text, std::int64_t& numerator, std::int
                                      timestrings::Reduction::kAnyNumeratorButOne);
 }
 
+// Walks the array once, node by node, in document order. A marker becomes a
+// record as soon as it is complete when its track's rate came before it (the
+// usual order); markers before the rate wait for the end of their track.
 class Reader {
 public:
     Reader(const char* tracksPath, std::vector<XMPTrack>& tracks) : m_tracksPath(tracksPath), m_tracks(tracks) {}
@@ -121,10 +125,19 @@ public:
         }
         while (walk.Next(nullptr, &m_path, &m_value, &m_options)) {
             const std::string_view path(m_path);
-            if (!path.starts_with(m_tracksPath) || !Take(LastStep(path.substr(m_tracksPath.size())))) {
+            if (!path.starts_with(m_tracksPath)) {
+                walk.Skip(kXMP_IterSkipSubtree);
+                continue;
+            }
+            const Step step = LastStep(path.substr(m_tracksPath.size()));
+            if (step.depth <= kMarkerItem) {
+                FinishMarker();
+            }
+            if (!Take(step)) {
                 walk.Skip(kXMP_IterSkipSubtree);
             }
         }
+        FinishMarker();
         FinishTrack();
     }
 
@@ -135,24 +148,20 @@ private:
             case kTrackItem:
                 FinishTrack();
                 m_inTrack = IsStruct(m_options);
-                m_track.m_index = ++m_trackCount;
-                m_inMarker = false;
+                ++m_trackIndex;
                 return m_inTrack;
             case kTrackField:
                 return TakeTrackField(step.name);
             case kMarkerItem:
                 m_inMarker = IsStruct(m_options);
-                ++m_track.m_markerItemCount;
-                if (m_inMarker) {
-                    m_track.m_markers.emplace_back().m_index = m_track.m_markerItemCount;
-                }
+                m_marker.m_index = ++m_markerItemCount;
                 return m_inMarker;
             case kMarkerField:
                 return TakeMarkerField(step.name);
             case kCuePointItem:
                 m_inCuePoint = IsStruct(m_options);
                 if (m_inCuePoint) {
-                    m_track.m_markers.back().m_cuePoints.emplace_back();
+                    m_marker.m_cuePoints.emplace_back();
                 }
                 return m_inCuePoint;
             case kCuePointField:
@@ -164,14 +173,14 @@ private:
 
     bool TakeTrackField(std::string_view name) {
         if (name == field::kMarkers) {
-            m_inMarker = false;
             return IsArray(m_options);
         }
-        std::string* text = name == field::kTrackName   ? &m_track.m_name
-                            : name == field::kTrackType ? &m_track.m_type
-                            : name == field::kFrameRate ? &m_track.m_frameRate
-                                                        : nullptr;
-        return TakeText(text);
+        if (name == field::kFrameRate) {
+            TakeText(&m_frameRate);
+            StartTrack();
+            return false;
+        }
+        return TakeText(name == field::kTrackName ? &m_trackName : name == field::kTrackType ? &m_trackType : nullptr);
     }
 
     bool TakeMarkerField(std::string_view name) {
@@ -182,14 +191,14 @@ private:
             m_inCuePoint = false;
             return IsArray(m_options);
         }
-        return TakeText(m_track.m_markers.back().Field(name));
+        return TakeText(m_marker.Field(name));
     }
 
     bool TakeCuePointField(std::string_view name) {
         if (!m_inCuePoint) {
             return false;
         }
-        CuePointText& cuePoint = m_track.m_markers.back().m_cuePoints.back();
+        CuePointText& cuePoint = m_marker.m_cuePoints.back();
         return TakeText(name == field::kKey ? &cuePoint.m_key : name == field::kValue ? &cuePoint.m_value : nullptr);
     }
 
@@ -201,34 +210,62 @@ private:
         return false;
     }
 
-    void FinishTrack() {
-        if (m_inTrack) {
-            m_tracks.push_back(MakeTrack());
+    // The track's rate is known from here on: 1/1 unless a rate was given.
+    void StartTrack() {
+        if (m_track.has_value()) {
+            return;
         }
-        m_inTrack = false;
-        m_track = TrackText();
-    }
-
-    XMPTrack MakeTrack() {
         std::int64_t numerator = 1;
         std::int64_t denominator = 1;
-        if (!m_track.m_frameRate.empty()) {
-            XMPDocOpsTemporal::ParseExternalFrameRateString(m_track.m_frameRate.c_str(), &numerator, &denominator);
+        if (!m_frameRate.empty()) {
+            XMPDocOpsTemporal::ParseExternalFrameRateString(m_frameRate.c_str(), &numerator, &denominator);
         }
-        XMPTrack track(m_track.m_name.c_str(), m_track.m_type.c_str(), numerator, denominator);
-        for (const MarkerText& marker : m_track.m_markers) {
-            // Markers mostly come in time order: the end is then the right place.
-            track.AddMarker(track.GetMarkers().end(), MakeMarker(marker, numerator, denominator));
+        m_track.emplace(numerator, denominator);
+        for (const MarkerText& waiting : m_waitingMarkers) {
+            AddMarker(waiting);
         }
-        return track;
+        m_waitingMarkers.clear();
     }
 
-    XMPTemporalMetadataInfo MakeMarker(const MarkerText& text, std::int64_t trackNumerator,
-                                       std::int64_t trackDenominator) const {
-        std::int64_t startNumerator = trackNumerator;
-        std::int64_t startDenominator = trackDenominator;
-        std::int64_t durationNumerator = trackNumerator;
-        std::int64_t durationDenominator = trackDenominator;
+    void FinishMarker() {
+        if (!m_inMarker) {
+            return;
+        }
+        m_inMarker = false;
+        if (m_track.has_value()) {
+            AddMarker(m_marker);
+        } else {
+            m_waitingMarkers.push_back(m_marker);
+        }
+        m_marker.Clear();
+    }
+
+    void FinishTrack() {
+        if (m_inTrack) {
+            StartTrack();
+            m_track->SetTrackName(m_trackName.c_str());
+            m_track->SetTrackType(m_trackType.c_str());
+            m_tracks.push_back(std::move(*m_track));
+        }
+        m_inTrack = false;
+        m_track.reset();
+        m_trackName.clear();
+        m_trackType.clear();
+        m_frameRate.clear();
+        m_markerItemCount = 0;
+    }
+
+    void AddMarker(const MarkerText& text) {
+        XMPTrack& track = *m_track;
+        // Markers mostly come in time order: the end is then the right place.
+        track.AddMarker(track.GetMarkers().end(), MakeMarker(text, track));
+    }
+
+    XMPTemporalMetadataInfo MakeMarker(const MarkerText& text, const XMPTrack& track) {
+        std::int64_t startNumerator = track.GetFrameRateNumerator();
+        std::int64_t startDenominator = track.GetFrameRateDenominator();
+        std::int64_t durationNumerator = startNumerator;
+        std::int64_t durationDenominator = startDenominator;
         std::int64_t startTime = 0;
         std::int64_t duration = 0;
         try {
@@ -237,27 +274,26 @@ private:
         } catch (const XMP_Error& error) {
             RethrowAt(error, kOperation, MarkerPath(text.m_index));
         }
-        std::vector<XMPCuePointParam> params;
-        params.reserve(text.m_cuePoints.size());
-        std::vector<XMPKeywordData> keywords;
+        m_params.clear();
+        m_keywords.clear();
         const std::string* markerID = nullptr;
         for (const CuePointText& cuePoint : text.m_cuePoints) {
             if (cuePoint.m_key == kMarkerIdKey) {
                 markerID = markerID != nullptr ? markerID : &cuePoint.m_value;
             } else if (cuePoint.m_key.starts_with(kKeywordExtKELPrefixV1)) {
-                keywords.push_back(CuePointToKeyword(XMPCuePointParam(cuePoint.m_key.c_str(),
-                                                                      cuePoint.m_value.c_str())));
+                m_keywords.push_back(
+                    CuePointToKeyword(XMPCuePointParam(cuePoint.m_key.c_str(), cuePoint.m_value.c_str())));
             } else {
-                params.emplace_back(cuePoint.m_key.c_str(), cuePoint.m_value.c_str());
+                m_params.emplace_back(cuePoint.m_key.c_str(), cuePoint.m_value.c_str());
             }
         }
         XMPTemporalMetadataInfo marker(text.m_name.c_str(), text.m_comment.c_str(), startTime, startNumerator,
                                        startDenominator, duration, durationNumerator, durationDenominator,
                                        text.m_type.c_str(), text.m_location.c_str(), text.m_target.c_str(),
-                                       text.m_cuePointType.c_str(), params, text.m_speaker.c_str(),
+                                       text.m_cuePointType.c_str(), m_params, text.m_speaker.c_str(),
                                        text.m_probability.c_str(), markerID != nullptr ? markerID->c_str() : nullptr,
                                        nullptr);
-        for (const XMPKeywordData& keyword : keywords) {
+        for (const XMPKeywordData& keyword : m_keywords) {
             marker.AddKeyword(keyword);
         }
         return marker;
@@ -265,7 +301,7 @@ private:
 
     std::string MarkerPath(std::size_t markerIndex) const {
         std::string path = m_tracksPath;
-        AppendItemIndex(path, m_track.m_index);
+        AppendItemIndex(path, m_trackIndex);
         path.append(1, '/').append(field::kMarkers);
         AppendItemIndex(path, markerIndex);
         return path;
@@ -273,14 +309,30 @@ private:
 
     std::string m_tracksPath;
     std::vector<XMPTrack>& m_tracks;
+
+    // The node at hand.
     std::string m_path;
     std::string m_value;
     XMP_OptionBits m_options = 0;
-    std::size_t m_trackCount = 0;
-    TrackText m_track;
+
+    // The track at hand; m_track exists once its rate is known.
     bool m_inTrack = false;
+    std::size_t m_trackIndex = 0;
+    std::string m_trackName;
+    std::string m_trackType;
+    std::string m_frameRate;
+    std::optional<XMPTrack> m_track;
+    std::vector<MarkerText> m_waitingMarkers;
+
+    // The marker at hand.
     bool m_inMarker = false;
     bool m_inCuePoint = false;
+    std::size_t m_markerItemCount = 0;
+    MarkerText m_marker;
+
+    // Reused for every marker.
+    std::vector<XMPCuePointParam> m_params;
+    std::vector<XMPKeywordData> m_keywords;
 };
 
 }  // namespace

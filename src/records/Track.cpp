@@ -1,6 +1,7 @@
 #include <keltemporalxmp/records.hpp>
 
 #include <stdexcept>
+#include <utility>
 
 #include "timestrings/Arguments.hpp"
 
@@ -36,6 +37,12 @@ void XMPTrack::AddMarker(const XMPTemporalMetadataInfo& marker) {
 void XMPTrack::AddMarker(MarkerMap::const_iterator hint, const XMPTemporalMetadataInfo& marker) {
     RequireRoomForOneMore(m_markers);
     m_markers.emplace_hint(hint, marker.GetStartTime(), marker);
+}
+
+void XMPTrack::AddMarker(MarkerMap::const_iterator hint, XMPTemporalMetadataInfo&& marker) {
+    RequireRoomForOneMore(m_markers);
+    const std::int64_t startTime = marker.GetStartTime();
+    m_markers.emplace_hint(hint, startTime, std::move(marker));
 }
 
 void XMPTrack::RemoveMarker(MarkerMap::const_iterator position) {
