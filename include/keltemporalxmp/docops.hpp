@@ -230,9 +230,9 @@ public:
     // --- Ingredients ----------------------------------------------------------
     // Kept by key: the source's instance ID with the used span's start and
     // duration as a part string, so uses of one span of one source share a key
-    // and the first one added (or read) stays. Every operation reads the
-    // ingredient list and the pantry first if they were never read. Times are
-    // ticks; null text reads as empty.
+    // and the first one added (or read) stays. Adding and removing read the
+    // ingredient list and the pantry first if they were never read, the
+    // iterators the ingredient list. Times are ticks; null text reads as empty.
     using IngredientList = std::map<std::string, XMP_internalIngredient>;
 
     // Adds a use of ingredientXMP's span [fromStart, fromStart + fromDuration)
@@ -249,7 +249,8 @@ public:
     // to-duration, mirrored when this ingredient is reversed) onto this
     // document's timeline. Its pantry entry comes along with ingredientXMP's
     // pantry; a nested ingredient outside the used span is not added. With
-    // maskMarkers the flattened ingredients are masked too.
+    // maskMarkers the flattened ingredients are masked too. A span without an
+    // end cannot be mirrored and maps forwards.
     void AddIngredientXMPTemporal(const SXMPMeta& ingredientXMP, std::int64_t fromStart,
                                   std::int64_t fromStartNumerator, std::int64_t fromStartDenominator,
                                   std::int64_t fromDuration, std::int64_t fromDurationNumerator,
@@ -306,6 +307,8 @@ public:
     static bool LookupXMPPantryPathGivenInstanceId(const SXMPMeta& doc, const char* instanceID, std::string* path);
     // Runs the toolkit's template application (kXMPTemplate_... actions) on
     // every pantry document in the XMP; pending pantry edits are written first.
+    // This and StripXMPExceptInstanceID raise kXMPErr_BadParam "Null output
+    // SXMPMeta pointer" on a document without metadata.
     void ApplyTemplateToPantry(const SXMPMeta& templateXMP, unsigned int actions);
     // Saves pending edits (no file path), then leaves the XMP with nothing but
     // its xmpMM:InstanceID (nothing at all when it had none), and every list

@@ -36,13 +36,8 @@ void XMPDocOpsTemporal::AddNestedIngredients(const SXMPMeta& ingredientXMP, cons
         return;
     }
     const bool masked = FieldText(ingredient, Ingredient::kIngredientFieldMaskMarkers) == "All";
-    const XMP_Index count = docops::CountListItems(ingredientXMP, docops::kIngredientsPath);
-    for (XMP_Index index = 1; index <= count; ++index) {
-        const std::string itemPath = docops::ListItemPath(docops::kIngredientsPath, index);
-        if (!docops::IsStructItem(ingredientXMP, itemPath)) {
-            continue;
-        }
-        Ingredient nested = docops::ReadIngredientItem(ingredientXMP, itemPath);
+    for (const docops::ListItem& item : docops::StructItems(ingredientXMP, docops::kIngredientsPath)) {
+        Ingredient nested = docops::ReadIngredientItem(ingredientXMP, item.m_path);
         const std::optional<docops::IngredientSpans> spans = SpansOf(nested);
         const std::optional<docops::IngredientSpans> mapped = spans ? docops::MapThrough(*outer, *spans) : std::nullopt;
         if (!mapped) {

@@ -33,24 +33,22 @@ const std::array<IngredientFieldLayout, 21> kIngredientFields{{
     {Field::kIngredientFieldMaskMarkers, "maskMarkers", "maskMarkers", false, nullptr},
 }};
 
-XMP_Index CountListItems(const SXMPMeta& meta, const char* arrayPath) {
+std::vector<ListItem> StructItems(const SXMPMeta& meta, const char* arrayPath) {
+    std::vector<ListItem> items;
     XMP_OptionBits options = 0;
     if (!meta.GetProperty(kXMP_NS_XMP_MM, arrayPath, nullptr, &options) || (options & kXMP_PropValueIsArray) == 0) {
-        return 0;
+        return items;
     }
-    return meta.CountArrayItems(kXMP_NS_XMP_MM, arrayPath);
-}
-
-std::string ListItemPath(const char* arrayPath, XMP_Index index) {
-    std::string path(arrayPath);
-    AppendItemIndex(path, static_cast<std::size_t>(index));
-    return path;
-}
-
-bool IsStructItem(const SXMPMeta& meta, const std::string& itemPath) {
-    XMP_OptionBits options = 0;
-    return meta.GetProperty(kXMP_NS_XMP_MM, itemPath.c_str(), nullptr, &options) &&
-           (options & kXMP_PropValueIsStruct) != 0;
+    const XMP_Index count = meta.CountArrayItems(kXMP_NS_XMP_MM, arrayPath);
+    for (XMP_Index index = 1; index <= count; ++index) {
+        std::string path(arrayPath);
+        AppendItemIndex(path, static_cast<std::size_t>(index));
+        if (meta.GetProperty(kXMP_NS_XMP_MM, path.c_str(), nullptr, &options) &&
+            (options & kXMP_PropValueIsStruct) != 0) {
+            items.push_back({index, std::move(path)});
+        }
+    }
+    return items;
 }
 
 std::string ReadText(const SXMPMeta& meta, const char* schemaNS, const std::string& path) {

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 #include <keltemporalxmp/docops.hpp>
 #include <xmptoolkit/XMP.hpp>
@@ -32,13 +33,14 @@ struct IngredientFieldLayout {
 // Fields 2..22 in field order.
 extern const std::array<IngredientFieldLayout, 21> kIngredientFields;
 
-// The number of items of an array property; 0 when it is absent or not an array.
-XMP_Index CountListItems(const SXMPMeta& meta, const char* arrayPath);
+struct ListItem {
+    XMP_Index m_index;  // from 1
+    std::string m_path;
+};
 
-// "arrayPath[index]"
-std::string ListItemPath(const char* arrayPath, XMP_Index index);
-
-bool IsStructItem(const SXMPMeta& meta, const std::string& itemPath);
+// The struct items of an array property, in order; none when it is absent or
+// not an array.
+std::vector<ListItem> StructItems(const SXMPMeta& meta, const char* arrayPath);
 
 // A simple property's or field's text; empty when absent or not simple.
 std::string ReadText(const SXMPMeta& meta, const char* schemaNS, const std::string& path);

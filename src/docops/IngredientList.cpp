@@ -8,6 +8,7 @@
 
 #include "docops/IngredientLayout.hpp"
 #include "docops/PartSpans.hpp"
+#include "docops/TrackLayout.hpp"
 
 namespace keltemporalxmp {
 
@@ -22,14 +23,8 @@ void XMPDocOpsTemporal::CacheIngredientList() {
     if (m_xmpMetaPtr == nullptr) {
         return;
     }
-    const SXMPMeta& meta = *m_xmpMetaPtr;
-    const XMP_Index count = docops::CountListItems(meta, kIngredientsPath);
-    for (XMP_Index index = 1; index <= count; ++index) {
-        const std::string itemPath = docops::ListItemPath(kIngredientsPath, index);
-        if (!docops::IsStructItem(meta, itemPath)) {
-            continue;
-        }
-        XMP_internalIngredient ingredient = docops::ReadIngredientItem(meta, itemPath);
+    for (const docops::ListItem& item : docops::StructItems(*m_xmpMetaPtr, kIngredientsPath)) {
+        XMP_internalIngredient ingredient = docops::ReadIngredientItem(*m_xmpMetaPtr, item.m_path);
         const std::optional<docops::PartSpan> from =
             docops::TryParsePartSpan(*ingredient.GetIngredientFieldPtr(XMP_internalIngredient::kIngredientFieldFromPart));
         const std::string key = docops::IngredientKey(
@@ -50,10 +45,11 @@ void XMPDocOpsTemporal::WriteIngredientList() {
     SXMPMeta& meta = MetaToWrite();
     CacheIngredientList();
     meta.DeleteProperty(kXMP_NS_XMP_MM, kIngredientsPath);
-    XMP_Index index = 0;
+    std::size_t index = 0;
     for (const auto& [key, ingredient] : m_ingredients) {
         meta.AppendArrayItem(kXMP_NS_XMP_MM, kIngredientsPath, docops::kListForm, "", docops::kItemForm);
-        const std::string itemPath = docops::ListItemPath(kIngredientsPath, ++index);
+        std::string itemPath(kIngredientsPath);
+        docops::AppendItemIndex(itemPath, ++index);
         for (const docops::IngredientFieldLayout& layout : docops::kIngredientFields) {
             const std::string& text = *ingredient.GetIngredientFieldPtr(layout.m_field);
             if (!text.empty()) {

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "docops/IngredientLayout.hpp"
+#include "docops/TrackLayout.hpp"
 
 namespace keltemporalxmp {
 
@@ -22,15 +23,9 @@ void XMPDocOpsTemporal::CachePantry() {
     if (m_xmpMetaPtr == nullptr) {
         return;
     }
-    const SXMPMeta& meta = *m_xmpMetaPtr;
-    const XMP_Index count = docops::CountListItems(meta, kPantryPath);
-    for (XMP_Index index = 1; index <= count; ++index) {
-        const std::string itemPath = docops::ListItemPath(kPantryPath, index);
-        if (!docops::IsStructItem(meta, itemPath)) {
-            continue;
-        }
+    for (const docops::ListItem& item : docops::StructItems(*m_xmpMetaPtr, kPantryPath)) {
         SXMPMeta document;
-        ExtractXMPMetaFromPantry(&document, meta, itemPath.c_str());
+        ExtractXMPMetaFromPantry(&document, *m_xmpMetaPtr, item.m_path.c_str());
         AddToPantry(document);
     }
 }
@@ -40,15 +35,10 @@ void XMPDocOpsTemporal::CachePantry() {
 void XMPDocOpsTemporal::AddToPantry(const SXMPMeta& document) {
     const std::string instanceID = docops::DocumentInstanceID(document);
     if (instanceID.empty() || m_mergedPantrySources.insert(instanceID).second) {
-        const XMP_Index count = docops::CountListItems(document, kPantryPath);
-        for (XMP_Index index = 1; index <= count; ++index) {
-            const std::string itemPath = docops::ListItemPath(kPantryPath, index);
-            if (!docops::IsStructItem(document, itemPath)) {
-                continue;
-            }
-            const std::string nestedID = docops::PantryItemInstanceID(document, itemPath);
+        for (const docops::ListItem& item : docops::StructItems(document, kPantryPath)) {
+            const std::string nestedID = docops::PantryItemInstanceID(document, item.m_path);
             if (!nestedID.empty()) {
-                m_pantry.try_emplace(nestedID, nestedID, document, index);
+                m_pantry.try_emplace(nestedID, nestedID, document, item.m_index);
                 m_hasPantryDataChanged = true;
             }
         }
@@ -75,17 +65,19 @@ void XMPDocOpsTemporal::WritePantry() {
         before = meta.Clone();
     }
     meta.DeleteProperty(kXMP_NS_XMP_MM, kPantryPath);
-    XMP_Index index = 0;
+    std::size_t index = 0;
     for (const auto& [key, entry] : m_pantry) {
         const SXMPMeta& source = docops::SharesTree(entry.m_SourceXMPMeta, meta) ? *before : entry.m_SourceXMPMeta;
         meta.AppendArrayItem(kXMP_NS_XMP_MM, kPantryPath, docops::kListForm, "", docops::kItemForm);
-        const std::string itemPath = docops::ListItemPath(kPantryPath, ++index);
+        std::string itemPath(kPantryPath);
+        docops::AppendItemIndex(itemPath, ++index);
         if (entry.m_SourcePantryIndex == 0) {
             SXMPUtils::DuplicateSubtree(source, &meta, "*", "*", kXMP_NS_XMP_MM, itemPath.c_str());
             // Its own pantry is flattened into this one.
             meta.DeleteProperty(kXMP_NS_XMP_MM, (itemPath + "/xmpMM:Pantry").c_str());
         } else {
-            const std::string sourceItem = docops::ListItemPath(kPantryPath, entry.m_SourcePantryIndex);
+            std::string sourceItem(kPantryPath);
+            docops::AppendItemIndex(sourceItem, static_cast<std::size_t>(entry.m_SourcePantryIndex));
             SXMPUtils::DuplicateSubtree(source, &meta, kXMP_NS_XMP_MM, sourceItem.c_str(), kXMP_NS_XMP_MM,
                                         itemPath.c_str());
         }

@@ -66,11 +66,9 @@ bool XMPDocOpsTemporal::LookupXMPPantryPathGivenInstanceId(const SXMPMeta& doc, 
         output.clear();
         return true;
     }
-    const XMP_Index count = docops::CountListItems(doc, kPantryPath);
-    for (XMP_Index index = 1; index <= count; ++index) {
-        std::string itemPath = docops::ListItemPath(kPantryPath, index);
-        if (docops::IsStructItem(doc, itemPath) && docops::PantryItemInstanceID(doc, itemPath) == wanted) {
-            output = std::move(itemPath);
+    for (docops::ListItem& item : docops::StructItems(doc, kPantryPath)) {
+        if (docops::PantryItemInstanceID(doc, item.m_path) == wanted) {
+            output = std::move(item.m_path);
             return true;
         }
     }
@@ -84,17 +82,12 @@ void XMPDocOpsTemporal::ApplyTemplateToPantry(const SXMPMeta& templateXMP, unsig
     if (m_cachedPantryData && m_hasPantryDataChanged) {
         WritePantry();
     }
-    const XMP_Index count = docops::CountListItems(meta, kPantryPath);
-    for (XMP_Index index = 1; index <= count; ++index) {
-        const std::string itemPath = docops::ListItemPath(kPantryPath, index);
-        if (!docops::IsStructItem(meta, itemPath)) {
-            continue;
-        }
+    for (const docops::ListItem& item : docops::StructItems(meta, kPantryPath)) {
         SXMPMeta document;
-        ExtractXMPMetaFromPantry(&document, meta, itemPath.c_str());
+        ExtractXMPMetaFromPantry(&document, meta, item.m_path.c_str());
         SXMPUtils::ApplyTemplate(&document, templateXMP, actions);
-        DeleteFields(meta, itemPath);
-        SXMPUtils::DuplicateSubtree(document, &meta, "*", "*", kXMP_NS_XMP_MM, itemPath.c_str());
+        DeleteFields(meta, item.m_path);
+        SXMPUtils::DuplicateSubtree(document, &meta, "*", "*", kXMP_NS_XMP_MM, item.m_path.c_str());
         m_hasPantryDataChanged = true;
     }
     ErasePantry();

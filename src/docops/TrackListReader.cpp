@@ -134,7 +134,8 @@ public:
             if (step.depth <= kMarkerItem) {
                 FinishMarker();
             }
-            if (!Take(step)) {
+            // Skipping is a toolkit call of its own: only worth it below a composite.
+            if (!Take(step) && !IsSimple(m_options)) {
                 walk.Skip(kXMP_IterSkipSubtree);
             }
         }

@@ -23,6 +23,15 @@ std::string Type(const XMPTrack& track) {
     return type;
 }
 
+// One node of a hand-built packet; an item is appended when `path` ends in "[]".
+void Put(SXMPMeta& meta, const std::string& path, const char* value = "", XMP_OptionBits options = 0) {
+    if (path.ends_with("[]")) {
+        meta.AppendArrayItem(kXMP_NS_DM, path.substr(0, path.size() - 2).c_str(), 0, value, options);
+    } else {
+        meta.SetProperty(kXMP_NS_DM, path.c_str(), value, options);
+    }
+}
+
 std::vector<std::string> CuePoints(const Info& marker) {
     std::vector<std::string> pairs;
     for (const XMPCuePointParam& param : marker.GetCuePointParamList()) {
@@ -114,27 +123,25 @@ TEST(TrackRoundTrip, OwnRateMarkersKeepTheirRate) {
 TEST(TrackReading, PacketOfAnotherWriter) {
     SXMPMeta meta;
     SXMPMeta::RegisterNamespace("http://example.com/other/", "other", nullptr);
-    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks", "", kXMP_PropArrayIsOrdered);
-    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", 0, nullptr, kXMP_PropValueIsStruct);
-    const std::string track = "xmpDM:Tracks[1]";
-    meta.SetProperty(kXMP_NS_DM, (track + "/xmpDM:markers").c_str(), "", kXMP_PropArrayIsUnordered);
-    const std::string marker = track + "/xmpDM:markers[1]";
-    meta.AppendArrayItem(kXMP_NS_DM, (track + "/xmpDM:markers").c_str(), 0, nullptr, kXMP_PropValueIsStruct);
-    meta.SetProperty(kXMP_NS_DM, (marker + "/xmpDM:name").c_str(), "late rate");
-    meta.SetProperty(kXMP_NS_DM, (marker + "/xmpDM:startTime").c_str(), "50");
-    meta.SetProperty(kXMP_NS_DM, (marker + "/xmpDM:tempo").c_str(), "120");
-    meta.SetProperty(kXMP_NS_DM, (marker + "/other:note").c_str(), "", kXMP_PropValueIsStruct);
-    meta.SetProperty(kXMP_NS_DM, (marker + "/other:note/other:text").c_str(), "ignored");
-    meta.SetProperty(kXMP_NS_DM, (marker + "/xmpDM:cuePointParams").c_str(), "", kXMP_PropArrayIsUnordered);
-    meta.AppendArrayItem(kXMP_NS_DM, (marker + "/xmpDM:cuePointParams").c_str(), 0, nullptr,
-                         kXMP_PropValueIsStruct);
-    meta.SetProperty(kXMP_NS_DM, (marker + "/xmpDM:cuePointParams[1]/xmpDM:value").c_str(), "v");
-    meta.SetProperty(kXMP_NS_DM, (marker + "/xmpDM:cuePointParams[1]/xmpDM:key").c_str(), "k");
-    meta.SetProperty(kXMP_NS_DM, (track + "/xmpDM:frameRate").c_str(), "f25");
-    meta.SetProperty(kXMP_NS_DM, (track + "/xmpDM:trackName").c_str(), "Named last");
-    meta.SetProperty(kXMP_NS_DM, (track + "/other:label").c_str(), "x");
-    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", 0, nullptr, kXMP_PropValueIsStruct);
-    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[2]/xmpDM:trackName", "No rate, no markers");
+    const std::string marker = "xmpDM:Tracks[1]/xmpDM:markers[1]";
+    Put(meta, "xmpDM:Tracks", "", kXMP_PropArrayIsOrdered);
+    Put(meta, "xmpDM:Tracks[]", nullptr, kXMP_PropValueIsStruct);
+    Put(meta, "xmpDM:Tracks[1]/xmpDM:markers", "", kXMP_PropArrayIsUnordered);
+    Put(meta, "xmpDM:Tracks[1]/xmpDM:markers[]", nullptr, kXMP_PropValueIsStruct);
+    Put(meta, marker + "/xmpDM:name", "late rate");
+    Put(meta, marker + "/xmpDM:startTime", "50");
+    Put(meta, marker + "/xmpDM:tempo", "120");
+    Put(meta, marker + "/other:note", "", kXMP_PropValueIsStruct);
+    Put(meta, marker + "/other:note/other:text", "ignored");
+    Put(meta, marker + "/xmpDM:cuePointParams", "", kXMP_PropArrayIsUnordered);
+    Put(meta, marker + "/xmpDM:cuePointParams[]", nullptr, kXMP_PropValueIsStruct);
+    Put(meta, marker + "/xmpDM:cuePointParams[1]/xmpDM:value", "v");
+    Put(meta, marker + "/xmpDM:cuePointParams[1]/xmpDM:key", "k");
+    Put(meta, "xmpDM:Tracks[1]/xmpDM:frameRate", "f25");
+    Put(meta, "xmpDM:Tracks[1]/xmpDM:trackName", "Named last");
+    Put(meta, "xmpDM:Tracks[1]/other:label", "x");
+    Put(meta, "xmpDM:Tracks[]", nullptr, kXMP_PropValueIsStruct);
+    Put(meta, "xmpDM:Tracks[2]/xmpDM:trackName", "No rate, no markers");
 
     const std::vector<XMPTrack> tracks = ReadTracks(meta);
     ASSERT_EQ(tracks.size(), 2u);
@@ -153,30 +160,28 @@ TEST(TrackReading, PacketOfAnotherWriter) {
 // Broken pieces are passed over; the rest reads.
 TEST(TrackReading, StructurallyBrokenPiecesAreSkipped) {
     SXMPMeta meta;
-    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks", "", kXMP_PropArrayIsUnordered);
-    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", 0, "a plain item");
-    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", 0, nullptr, kXMP_PropValueIsStruct);
-    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[2]/xmpDM:trackName", "markers not an array");
-    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[2]/xmpDM:markers", "text");
-    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", 0, nullptr, kXMP_PropValueIsStruct);
-    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[3]/xmpDM:trackName", "some good markers");
-    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[3]/xmpDM:frameRate", "f25");
     const std::string markers = "xmpDM:Tracks[3]/xmpDM:markers";
-    meta.SetProperty(kXMP_NS_DM, markers.c_str(), "", kXMP_PropArrayIsOrdered);
-    meta.AppendArrayItem(kXMP_NS_DM, markers.c_str(), 0, "not a struct");
-    meta.AppendArrayItem(kXMP_NS_DM, markers.c_str(), 0, nullptr, kXMP_PropValueIsStruct);
-    meta.SetProperty(kXMP_NS_DM, (markers + "[2]/xmpDM:startTime").c_str(), "abc");
-    meta.SetProperty(kXMP_NS_DM, (markers + "[2]/xmpDM:duration").c_str(), "2x");
-    meta.SetProperty(kXMP_NS_DM, (markers + "[2]/xmpDM:name").c_str(), "", kXMP_PropValueIsStruct);
-    meta.SetProperty(kXMP_NS_DM, (markers + "[2]/xmpDM:name/xmpDM:inner").c_str(), "a struct where text belongs");
-    meta.SetProperty(kXMP_NS_DM, (markers + "[2]/xmpDM:cuePointParams").c_str(), "not an array");
-    meta.AppendArrayItem(kXMP_NS_DM, markers.c_str(), 0, nullptr, kXMP_PropValueIsStruct);
-    meta.SetProperty(kXMP_NS_DM, (markers + "[3]/xmpDM:startTime").c_str(), "25");
-    meta.SetProperty(kXMP_NS_DM, (markers + "[3]/xmpDM:cuePointParams").c_str(), "", kXMP_PropArrayIsOrdered);
-    meta.AppendArrayItem(kXMP_NS_DM, (markers + "[3]/xmpDM:cuePointParams").c_str(), 0, "plain");
-    meta.AppendArrayItem(kXMP_NS_DM, (markers + "[3]/xmpDM:cuePointParams").c_str(), 0, nullptr,
-                         kXMP_PropValueIsStruct);
-    meta.SetProperty(kXMP_NS_DM, (markers + "[3]/xmpDM:cuePointParams[2]/xmpDM:key").c_str(), "only a key");
+    Put(meta, "xmpDM:Tracks", "", kXMP_PropArrayIsUnordered);
+    Put(meta, "xmpDM:Tracks[]", "a plain item");
+    Put(meta, "xmpDM:Tracks[]", nullptr, kXMP_PropValueIsStruct);
+    Put(meta, "xmpDM:Tracks[2]/xmpDM:trackName", "markers not an array");
+    Put(meta, "xmpDM:Tracks[2]/xmpDM:markers", "text");
+    Put(meta, "xmpDM:Tracks[]", nullptr, kXMP_PropValueIsStruct);
+    Put(meta, "xmpDM:Tracks[3]/xmpDM:frameRate", "f25");
+    Put(meta, markers, "", kXMP_PropArrayIsOrdered);
+    Put(meta, markers + "[]", "not a struct");
+    Put(meta, markers + "[]", nullptr, kXMP_PropValueIsStruct);
+    Put(meta, markers + "[2]/xmpDM:startTime", "abc");
+    Put(meta, markers + "[2]/xmpDM:duration", "2x");
+    Put(meta, markers + "[2]/xmpDM:name", "", kXMP_PropValueIsStruct);
+    Put(meta, markers + "[2]/xmpDM:name/xmpDM:inner", "a struct where text belongs");
+    Put(meta, markers + "[2]/xmpDM:cuePointParams", "not an array");
+    Put(meta, markers + "[]", nullptr, kXMP_PropValueIsStruct);
+    Put(meta, markers + "[3]/xmpDM:startTime", "25");
+    Put(meta, markers + "[3]/xmpDM:cuePointParams", "", kXMP_PropArrayIsOrdered);
+    Put(meta, markers + "[3]/xmpDM:cuePointParams[]", "plain");
+    Put(meta, markers + "[3]/xmpDM:cuePointParams[]", nullptr, kXMP_PropValueIsStruct);
+    Put(meta, markers + "[3]/xmpDM:cuePointParams[2]/xmpDM:key", "only a key");
 
     const std::vector<XMPTrack> tracks = ReadTracks(meta);
     ASSERT_EQ(tracks.size(), 2u);
@@ -217,12 +222,12 @@ TEST(TrackReading, FirstMarkerGuidWinsAndIsNotACuePoint) {
 
 TEST(TrackReading, ZeroRateNamesTheMarker) {
     SXMPMeta meta;
-    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks", "", kXMP_PropArrayIsUnordered);
-    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", 0, nullptr, kXMP_PropValueIsStruct);
-    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:frameRate", "fabc");
-    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:markers", kXMP_PropArrayIsOrdered, nullptr,
-                         kXMP_PropValueIsStruct);
-    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:markers[1]/xmpDM:startTime", "10");
+    Put(meta, "xmpDM:Tracks", "", kXMP_PropArrayIsUnordered);
+    Put(meta, "xmpDM:Tracks[]", nullptr, kXMP_PropValueIsStruct);
+    Put(meta, "xmpDM:Tracks[1]/xmpDM:frameRate", "fabc");
+    Put(meta, "xmpDM:Tracks[1]/xmpDM:markers", "", kXMP_PropArrayIsOrdered);
+    Put(meta, "xmpDM:Tracks[1]/xmpDM:markers[]", nullptr, kXMP_PropValueIsStruct);
+    Put(meta, "xmpDM:Tracks[1]/xmpDM:markers[1]/xmpDM:startTime", "10");
     try {
         ReadTracks(meta);
         FAIL() << "no error";

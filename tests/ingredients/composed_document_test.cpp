@@ -8,9 +8,6 @@
 namespace {
 
 using namespace ingredients_test;
-using I = XMP_internalIngredient;
-
-constexpr std::int64_t S = kSecond;
 
 SXMPMeta Reparsed(const SXMPMeta& meta) {
     std::string packet;
@@ -18,39 +15,20 @@ SXMPMeta Reparsed(const SXMPMeta& meta) {
     return SXMPMeta(packet.c_str(), static_cast<XMP_StringLen>(packet.size()));
 }
 
-SXMPMeta Extracted(const SXMPMeta& doc, const char* instanceID) {
-    std::string path;
-    EXPECT_TRUE(XMPDocOpsTemporal::LookupXMPPantryPathGivenInstanceId(doc, instanceID, &path)) << instanceID;
-    SXMPMeta out;
-    XMPDocOpsTemporal::ExtractXMPMetaFromPantry(&out, doc, path.c_str());
-    return out;
-}
-
-std::vector<std::string> Keys(XMPDocOpsTemporal& doc) {
-    std::vector<std::string> keys;
-    for (const I& ingredient : Ingredients(doc)) {
-        keys.push_back(Text(ingredient, I::kIngredientFieldKey));
-    }
-    return keys;
-}
-
 // "instanceID from to mapping mask" of every ingredient, in key order.
 std::vector<std::string> Uses(XMPDocOpsTemporal& doc) {
     std::vector<std::string> uses;
-    for (const I& ingredient : Ingredients(doc)) {
-        uses.push_back(Text(ingredient, I::kIngredientFieldInstanceID) + " " +
-                       Text(ingredient, I::kIngredientFieldFromPart) + " " +
-                       Text(ingredient, I::kIngredientFieldToPart) + " " +
-                       Text(ingredient, I::kIngredientFieldPartMapping) + " " +
-                       Text(ingredient, I::kIngredientFieldMaskMarkers));
+    for (const I& i : Ingredients(doc)) {
+        uses.push_back(Text(i, I::kIngredientFieldInstanceID) + " " + Text(i, I::kIngredientFieldFromPart) + " " +
+                       Text(i, I::kIngredientFieldToPart) + " " + Text(i, I::kIngredientFieldPartMapping) + " " +
+                       Text(i, I::kIngredientFieldMaskMarkers));
     }
     return uses;
 }
 
 std::string Use(const char* id, std::int64_t from, std::int64_t fromLength, std::int64_t to, std::int64_t toLength,
                 const char* mapping, const char* mask) {
-    return std::string(id) + " " + Part(from * S, fromLength * S) + " " + Part(to * S, toLength * S) + " " + mapping +
-           " " + mask;
+    return std::string(id) + " " + Part(from, fromLength) + " " + Part(to, toLength) + " " + mapping + " " + mask;
 }
 
 // Uses n1 [0,10) at [10,20), n2 [0,10) at [50,60), n3 [100,110) reversed at [20,30).
@@ -60,8 +38,7 @@ SXMPMeta Intermediate() {
     doc.OpenXMP(&meta, "");
     doc.AddIngredientXMPTemporal(SourceDocument("xmp.iid:n1", "N1"), 0, 10 * S, 10 * S, 10 * S, "", "", "linear");
     doc.AddIngredientXMPTemporal(SourceDocument("xmp.iid:n2", "N2"), 0, 10 * S, 50 * S, 10 * S, "", "", "linear");
-    doc.AddIngredientXMPTemporal(SourceDocument("xmp.iid:n3", "N3"), 110 * S, -10 * S, 20 * S, 10 * S, "", "",
-                                 "linear");
+    doc.AddIngredientXMPTemporal(SourceDocument("xmp.iid:n3", "N3"), 110 * S, -10 * S, 20 * S, 10 * S, "", "", "");
     doc.PrepareForSave("");
     return meta;
 }
@@ -78,7 +55,12 @@ TEST(ComposedDocument, TwoLevelsSurviveAPacketRoundTrip) {
     SXMPMeta reread = Reparsed(top);
     XMPDocOpsTemporal reader;
     reader.OpenXMP(&reread, "");
-    EXPECT_EQ(Keys(reader), (std::vector<std::string>{"xmp.iid:i/time:0d60", "xmp.iid:leaf/time:0d1"}));
+    EXPECT_EQ(Column(reader, I::kIngredientFieldKey),
+              (std::vector<std::string>{"xmp.iid:i/time:0d60", "xmp.iid:leaf/time:0d1"}));
+    EXPECT_FALSE(reader.IsDirty());
+    reader.RemoveIngredient(0);  // reads the pantry, removes nothing
+    EXPECT_TRUE(reader.IsDirty());  // a pantry read is written again
+    reread.DeleteProperty(kXMP_NS_XMP_MM, "xmpMM:Pantry");
     reader.PrepareForSave("");
     EXPECT_EQ(PantryIDs(reread),
               (std::vector<std::string>{"xmp.iid:i", "xmp.iid:leaf", "xmp.iid:n1", "xmp.iid:n2", "xmp.iid:n3"}));
@@ -90,8 +72,8 @@ TEST(ComposedDocument, TwoLevelsSurviveAPacketRoundTrip) {
     EXPECT_EQ(Nodes(Extracted(reread, "xmp.iid:n2")), Nodes(SourceDocument("xmp.iid:n2", "N2")));
     XMPDocOpsTemporal nested;
     nested.OpenXMP(&stored, "");
-    EXPECT_EQ(Keys(nested), (std::vector<std::string>{"xmp.iid:n1/time:0d10", "xmp.iid:n2/time:0d10",
-                                                      "xmp.iid:n3/time:100d10"}));
+    EXPECT_EQ(Column(nested, I::kIngredientFieldKey),
+              (std::vector<std::string>{"xmp.iid:n1/time:0d10", "xmp.iid:n2/time:0d10", "xmp.iid:n3/time:100d10"}));
 
     // One level up again: every document still once.
     SXMPMeta outer;
@@ -105,34 +87,32 @@ TEST(ComposedDocument, TwoLevelsSurviveAPacketRoundTrip) {
                                                           "xmp.iid:n3", "xmp.iid:top"}));
 }
 
-struct FlattenCase {
-    const char* name;
-    std::int64_t fromStart, fromDuration, toStart, toDuration;
-    const char* mapping;
-    bool mask;
-    std::vector<std::string> nestedUses;
-};
-
 TEST(ComposedDocument, FlatteningMapsNestedIngredientsInsideTheUsedSpan) {
-    const FlattenCase cases[] = {
-        {"linear",
-         15, 25, 100, 25, "linear", false,
+    struct Case {
+        const char* name;
+        std::int64_t fromStart, fromDuration, toStart, toDuration;
+        const char* mapping;
+        bool mask;
+        std::vector<std::string> nestedUses;
+    };
+    const Case cases[] = {
+        {"linear", 15, 25, 100, 25, "linear", false,
          {Use("xmp.iid:n1", 5, 5, 100, 5, "linear", "None"),
           Use("xmp.iid:n3", 100, 10, 105, 10, "linear-reversed", "None")}},
-        {"reversed and masked",
-         15, 25, 100, 25, "linear-reversed", true,
+        {"reversed and masked", 15, 25, 100, 25, "linear-reversed", true,
          {Use("xmp.iid:n1", 5, 5, 120, 5, "linear-reversed", "All"),
           Use("xmp.iid:n3", 100, 10, 110, 10, "linear", "All")}},
-        {"half speed",
-         10, 20, 0, 10, "linear", false,
+        {"half speed", 10, 20, 0, 10, "linear", false,
          {Use("xmp.iid:n1", 0, 10, 0, 5, "linear", "None"), Use("xmp.iid:n3", 100, 10, 5, 5, "linear-reversed", "None")}},
-        {"partial reversed nested", 25, 10, 0, 10, "linear", false,
+        {"part of a reversed one", 25, 10, 0, 10, "linear", false,
          {Use("xmp.iid:n3", 100, 5, 0, 5, "linear-reversed", "None")}},
         {"outside every nested span", 60, 10, 0, 10, "linear", false, {}},
     };
     const SXMPMeta intermediate = Intermediate();
-    for (const FlattenCase& c : cases) {
+    for (const Case& c : cases) {
+        SXMPMeta meta;
         XMPDocOpsTemporal doc;
+        doc.OpenXMP(&meta, "");
         doc.AddIngredientXMPTemporal(intermediate, c.fromStart * S, 1, 1, c.fromDuration * S, 1, 1, c.toStart * S, 1,
                                      1, c.toDuration * S, 1, 1, "", "", c.mapping, c.mask, true);
         std::vector<std::string> uses = Uses(doc);
@@ -142,20 +122,8 @@ TEST(ComposedDocument, FlatteningMapsNestedIngredientsInsideTheUsedSpan) {
             << c.name;
         uses.erase(uses.begin());
         EXPECT_EQ(uses, c.nestedUses) << c.name;
-    }
-}
-
-TEST(ComposedDocument, FlattenedIngredientsFindTheirDocumentsInThePantry) {
-    SXMPMeta meta;
-    XMPDocOpsTemporal doc;
-    doc.OpenXMP(&meta, "");
-    doc.AddIngredientXMPTemporal(Intermediate(), 0, 1, 1, 30 * S, 1, 1, 0, 1, 1, 30 * S, 1, 1, "", "", "", false,
-                                 true);
-    doc.PrepareForSave("");
-    for (const I& ingredient : Ingredients(doc)) {
-        std::string path;
-        EXPECT_TRUE(XMPDocOpsTemporal::LookupXMPPantryPathGivenInstanceId(
-            meta, Text(ingredient, I::kIngredientFieldInstanceID).c_str(), &path));
+        doc.PrepareForSave("");  // the nested documents come along
+        EXPECT_EQ(PantryIDs(meta), (std::vector<std::string>{"xmp.iid:i", "xmp.iid:n1", "xmp.iid:n2", "xmp.iid:n3"}));
     }
 }
 
@@ -190,8 +158,9 @@ TEST(ComposedDocument, PacketOfAnotherWriterReadsWhatCanBeRead) {
     SXMPMeta meta(kForeignPacket, static_cast<XMP_StringLen>(std::string(kForeignPacket).size()));
     XMPDocOpsTemporal doc;
     doc.OpenXMP(&meta, "");
-    EXPECT_EQ(Keys(doc), (std::vector<std::string>{"time:1d1", "xmp.iid:one/time:0d10", "xmp.iid:struct-part/time:0",
-                                                   "xmp.iid:zero-rate/time:0"}));
+    EXPECT_EQ(Column(doc, I::kIngredientFieldKey),
+              (std::vector<std::string>{"time:1d1", "xmp.iid:one/time:0d10", "xmp.iid:struct-part/time:0",
+                                        "xmp.iid:zero-rate/time:0"}));
     EXPECT_EQ(Text(Ingredients(doc)[1], I::kIngredientFieldLastModifyDate), "2020-02-02");
     doc.AddIngredientXMPTemporal(SourceDocument("xmp.iid:new", "New"), 0, S, 0, S, "", "", "");
     doc.PrepareForSave("");
@@ -204,7 +173,7 @@ TEST(ComposedDocument, PacketOfAnotherWriterReadsWhatCanBeRead) {
     XMPDocOpsTemporal user;
     user.AddIngredientXMPTemporal(SXMPMeta(kForeignPacket, static_cast<XMP_StringLen>(std::string(kForeignPacket).size())),
                                   0, 1, 1, 20 * S, 1, 1, 0, 1, 1, 20 * S, 1, 1, "", "", "", false, true);
-    EXPECT_EQ(Keys(user).size(), 4u);
+    EXPECT_EQ(Ingredients(user).size(), 4u);
 }
 
 TEST(ComposedDocument, ListsThatAreNotArraysReadEmpty) {

@@ -1,0 +1,77 @@
+#include "ToolRunner.hpp"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+namespace tooltest {
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kTool = fs::path(KELTXMP_BINARY_DIR) / "tools" / "keltemporalxmp" / "keltemporalxmp";
+
+std::string ShellQuoted(const std::string& text) {
+    std::string quoted = "'";
+    for (const char c : text) {
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    }
+    return quoted + "'";
+}
+
+}  // namespace
+
+ToolResult RunTool(const std::vector<std::string>& arguments) {
+    const ScratchDirectory captures;
+    std::string command = ShellQuoted(kTool.string());
+    for (const std::string& argument : arguments) {
+        command += " " + ShellQuoted(argument);
+    }
+    command += " >" + ShellQuoted((captures / "out").string()) + " 2>" + ShellQuoted((captures / "err").string());
+    const int raw = std::system(command.c_str());
+    ToolResult result;
+    result.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    result.out = ReadFile(captures / "out");
+    result.err = ReadFile(captures / "err");
+    return result;
+}
+
+std::string ReadFile(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+void WriteFile(const fs::path& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) {
+        if (!line.empty() && line.back() == '\r') {
+            line.pop_back();
+        }
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+ScratchDirectory::ScratchDirectory() {
+    static int count = 0;
+    m_path = fs::temp_directory_path() /
+             ("keltxmp-tool-" + std::to_string(::getpid()) + "-" + std::to_string(++count));
+    fs::create_directories(m_path);
+}
+
+ScratchDirectory::~ScratchDirectory() {
+    std::error_code ignored;
+    fs::remove_all(m_path, ignored);
+}
+
+}  // namespace tooltest

@@ -1,0 +1,38 @@
+#pragma once
+// Runs the built command-line tool and captures what it prints.
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tooltest {
+
+struct ToolResult {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+ToolResult RunTool(const std::vector<std::string>& arguments);
+
+std::string ReadFile(const std::filesystem::path& path);
+void WriteFile(const std::filesystem::path& path, const std::string& bytes);
+
+// Lines of `text`, without their line ends.
+std::vector<std::string> Lines(const std::string& text);
+
+// A fresh directory per test, removed afterwards.
+class ScratchDirectory {
+public:
+    ScratchDirectory();
+    ~ScratchDirectory();
+    ScratchDirectory(const ScratchDirectory&) = delete;
+    ScratchDirectory& operator=(const ScratchDirectory&) = delete;
+
+    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
+
+private:
+    std::filesystem::path m_path;
+};
+
+}  // namespace tooltest

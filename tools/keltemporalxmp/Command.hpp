@@ -1,0 +1,39 @@
+#pragma once
+// The pieces every command is made of: its exit statuses, the error that
+// stops it on bad input, and its entry in the command line.
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace keltemporalxmp::tool {
+
+enum ExitStatus : int {
+    kExitOk = 0,
+    kExitBadInput = 1,  // a file or data that cannot be used
+    kExitUsage = 2,     // the command line itself is wrong
+};
+
+// Bad input found by the tool itself; the message says what is wrong, the
+// caller adds which file.
+class InputError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// A command line the parser accepted but that makes no sense.
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+struct CommandEntry {
+    CLI::App* subcommand;
+    std::function<int()> run;  // gives the exit status
+};
+
+}  // namespace keltemporalxmp::tool

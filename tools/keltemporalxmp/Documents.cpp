@@ -1,0 +1,158 @@
+#include "Documents.hpp"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+#include "Command.hpp"
+
+namespace keltemporalxmp::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Below this many files a progress line would only flicker.
+constexpr std::size_t kProgressMinimumFiles = 5;
+
+bool IsSidecar(const std::string& path) {
+    std::string extension = fs::path(path).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension == ".xmp";
+}
+
+// A format without a file handler is scanned for its packet, which can then
+// only be rewritten in place, within its padding.
+void OpenXmpFile(SXMPFiles& file, const std::string& path, XMP_OptionBits openFlags) {
+    try {
+        file.OpenFile(path.c_str(), kXMP_UnknownFile, openFlags);
+    } catch (const XMP_Error& error) {
+        if (error.GetID() != kXMPErr_NoFileHandler) {
+            throw;
+        }
+        file.OpenFile(path.c_str(), kXMP_UnknownFile, openFlags | kXMPFiles_OpenUsePacketScanning);
+    }
+}
+
+void PutInPlace(const std::string& path, const SXMPMeta& meta) {
+    SXMPFiles file;
+    OpenXmpFile(file, path, kXMPFiles_OpenForUpdate);
+    file.PutXMP(meta);
+    file.CloseFile(kXMPFiles_UpdateSafely);
+}
+
+// A hidden file next to `output` with the same extension, so that the file
+// handlers recognise it and the final rename stays on one file system.
+fs::path TemporaryBeside(const fs::path& output) {
+    const fs::path directory = output.has_parent_path() ? output.parent_path() : fs::path(".");
+    return directory / ("." + output.stem().string() + ".keltemporalxmp-" + std::to_string(::getpid()) +
+                        output.extension().string());
+}
+
+// The media file is copied and the copy updated; only a complete copy
+// replaces `output`.
+void PutIntoCopy(const std::string& path, const SXMPMeta& meta, const std::string& output) {
+    const fs::path temporary = TemporaryBeside(output);
+    try {
+        fs::copy_file(path, temporary, fs::copy_options::overwrite_existing);
+        PutInPlace(temporary.string(), meta);
+        fs::rename(temporary, output);
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove(temporary, ignored);
+        throw;
+    }
+}
+
+class Progress {
+public:
+    explicit Progress(std::size_t total)
+        : m_total(total), m_shown(total >= kProgressMinimumFiles && ::isatty(STDERR_FILENO) != 0) {}
+    ~Progress() { Clear(); }
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    void Show(std::size_t done, const std::string& file) const {
+        if (m_shown) {
+            std::fprintf(stderr, "\r\033[K[%zu/%zu] %s", done + 1, m_total, file.c_str());
+            std::fflush(stderr);
+        }
+    }
+    void Clear() const {
+        if (m_shown) {
+            std::fprintf(stderr, "\r\033[K");
+            std::fflush(stderr);
+        }
+    }
+
+private:
+    std::size_t m_total;
+    bool m_shown;
+};
+
+}  // namespace
+
+SXMPMeta ReadDocument(const std::string& path) {
+    SXMPFiles file;
+    OpenXmpFile(file, path, kXMPFiles_OpenForRead);
+    SXMPMeta meta;
+    file.GetXMP(&meta);
+    file.CloseFile();
+    return meta;
+}
+
+void WriteDocument(const std::string& path, const SXMPMeta& meta, const std::string& output) {
+    const std::string& target = output.empty() ? path : output;
+    if (IsSidecar(target) || target == path) {
+        PutInPlace(target, meta);
+        return;
+    }
+    if (IsSidecar(path)) {
+        throw UsageError("the XMP of a sidecar can only be written to a sidecar (.xmp), not to " + output);
+    }
+    PutIntoCopy(path, meta, output);
+}
+
+int ForEachFile(const std::vector<std::string>& files, const std::function<void(const std::string&)>& action) {
+    const Progress progress(files.size());
+    int status = kExitOk;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        progress.Show(i, files[i]);
+        try {
+            action(files[i]);
+        } catch (const UsageError&) {
+            throw;
+        } catch (...) {
+            progress.Clear();
+            ReportError(files[i], DescribeError(std::current_exception()));
+            status = kExitBadInput;
+        }
+    }
+    return status;
+}
+
+std::string DescribeError(const std::exception_ptr& error) {
+    std::string message;
+    try {
+        std::rethrow_exception(error);
+    } catch (const XMP_Error& xmpError) {
+        message = xmpError.GetErrMsg();
+    } catch (const std::exception& exception) {
+        message = exception.what();
+    } catch (...) {
+        message = "unknown error";
+    }
+    // One line per problem, whatever the toolkit's message holds.
+    std::replace(message.begin(), message.end(), '\n', ' ');
+    return message;
+}
+
+void ReportError(const std::string& subject, const std::string& message) {
+    std::fprintf(stderr, "keltemporalxmp: %s: %s\n", subject.c_str(), message.c_str());
+}
+
+}  // namespace keltemporalxmp::tool

@@ -1,0 +1,38 @@
+#pragma once
+// Markers in the tool's JSON schema, both ways, and as table rows: what
+// `markers` prints is what `write-markers --from` reads back.
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <kelcore/JSON.hpp>
+#include <keltemporalxmp/markers.hpp>
+
+#include "Output.hpp"
+#include "TimeDisplay.hpp"
+
+namespace keltemporalxmp::tool {
+
+using MarkerList = std::vector<std::shared_ptr<Marker>, kelcore::STLAllocator<std::shared_ptr<Marker>>>;
+
+// Times at `rate` (the rate of the marker's track) when it is known.
+kelcore::JSONValue MarkerJson(const Marker& marker, std::optional<FrameRate> rate);
+
+Table MarkerTable();
+void AddMarkerRow(Table& table, const Marker& marker, std::optional<FrameRate> rate);
+
+struct MarkersFromJson {
+    MarkerList markers;
+    std::optional<FrameRate> rate;  // the rate the markers were shown at, if they say
+};
+
+// The markers of a document printed by `markers --json` (of exactly one file),
+// of {"markers": [...]}, or of a bare array. A time is a time object (its
+// "ticks", else its "seconds"), a number of ticks, or text as `time` reads it,
+// counted at `rate`. Throws InputError naming the marker and the member.
+MarkersFromJson ReadMarkersJson(std::string_view text, std::optional<FrameRate> rate);
+
+}  // namespace keltemporalxmp::tool

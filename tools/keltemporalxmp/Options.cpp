@@ -1,0 +1,30 @@
+#include "Options.hpp"
+
+namespace keltemporalxmp::tool {
+
+void AddFormatOptions(CLI::App& command, OutputFormat& format) {
+    CLI::Option* json =
+        command.add_flag_callback("--json", [&format] { format = OutputFormat::kJson; }, "Print JSON (see SCHEMA.md)");
+    CLI::Option* csv =
+        command.add_flag_callback("--csv", [&format] { format = OutputFormat::kCsv; }, "Print comma-separated values");
+    json->excludes(csv);
+}
+
+CLI::Option* AddRateOption(CLI::App& command, const std::string& name, std::optional<FrameRate>& rate,
+                           const std::string& description) {
+    const CLI::Validator isRate(
+        [](std::string& text) -> std::string {
+            return ParseFrameRate(text) ? "" : "not a frame rate (f25, 25, f30000s1001, 30000/1001): " + text;
+        },
+        "RATE");
+    return command
+        .add_option_function<std::string>(
+            name, [&rate](const std::string& text) { rate = ParseFrameRate(text); }, description)
+        ->check(isRate);
+}
+
+void AddFileArguments(CLI::App& command, std::vector<std::string>& files) {
+    command.add_option("FILE", files, "XMP sidecars (.xmp) or media files")->required();
+}
+
+}  // namespace keltemporalxmp::tool

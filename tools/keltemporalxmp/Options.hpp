@@ -1,0 +1,25 @@
+#pragma once
+// Options several commands share.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "Output.hpp"
+#include "TimeDisplay.hpp"
+
+namespace keltemporalxmp::tool {
+
+// --json and --csv, exclusive; the aligned table when neither is given.
+void AddFormatOptions(CLI::App& command, OutputFormat& format);
+
+// A frame-rate option ("f25", "25", "f30000s1001", "30000/1001").
+CLI::Option* AddRateOption(CLI::App& command, const std::string& name, std::optional<FrameRate>& rate,
+                           const std::string& description);
+
+// FILE..., at least one.
+void AddFileArguments(CLI::App& command, std::vector<std::string>& files);
+
+}  // namespace keltemporalxmp::tool

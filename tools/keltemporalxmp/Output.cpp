@@ -1,0 +1,130 @@
+#include "Output.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace keltemporalxmp::tool {
+namespace {
+
+constexpr int kSchemaVersion = 1;
+constexpr const char* kColumnGap = "  ";
+
+// RFC 4180: quoted when it holds a separator, a quote or a line break.
+std::string CsvField(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos) {
+        return text;
+    }
+    std::string quoted = "\"";
+    for (const char c : text) {
+        quoted += c;
+        if (c == '"') {
+            quoted += '"';
+        }
+    }
+    return quoted + "\"";
+}
+
+void WriteCsvLine(std::FILE* out, const std::string* file, const std::vector<std::string>& cells) {
+    std::string line = file != nullptr ? CsvField(*file) : "";
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        if (file != nullptr || i > 0) {
+            line += ',';
+        }
+        line += CsvField(cells[i]);
+    }
+    std::fprintf(out, "%s\r\n", line.c_str());
+}
+
+}  // namespace
+
+void Table::AddRow(std::vector<std::string> cells) {
+    cells.resize(m_columns.size());
+    m_rows.push_back(std::move(cells));
+}
+
+void Table::WriteAligned(std::FILE* out) const {
+    std::vector<std::size_t> widths;
+    for (const Column& column : m_columns) {
+        widths.push_back(column.heading.size());
+    }
+    for (const auto& row : m_rows) {
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            widths[i] = std::max(widths[i], row[i].size());
+        }
+    }
+    const auto writeLine = [&](const std::vector<std::string>& cells) {
+        std::string line;
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            const std::string padding(widths[i] - cells[i].size(), ' ');
+            line += i > 0 ? kColumnGap : "";
+            line += m_columns[i].alignRight ? padding + cells[i] : cells[i] + padding;
+        }
+        line.erase(line.find_last_not_of(' ') + 1);
+        std::fprintf(out, "%s\n", line.c_str());
+    };
+    std::vector<std::string> headings;
+    for (const Column& column : m_columns) {
+        headings.push_back(column.heading);
+    }
+    writeLine(headings);
+    for (const auto& row : m_rows) {
+        writeLine(row);
+    }
+}
+
+void Table::WriteCsv(std::FILE* out, const std::string* file, bool withHeading) const {
+    if (withHeading) {
+        std::vector<std::string> headings;
+        for (const Column& column : m_columns) {
+            headings.push_back(column.heading);
+        }
+        const std::string fileHeading = "file";
+        WriteCsvLine(out, file != nullptr ? &fileHeading : nullptr, headings);
+    }
+    for (const auto& row : m_rows) {
+        WriteCsvLine(out, file, row);
+    }
+}
+
+Report::Report(OutputFormat format, std::string_view command, bool perFile)
+    : m_format(format),
+      m_perFile(perFile),
+      m_document({{"tool", "keltemporalxmp"}, {"version", kSchemaVersion}, {"command", command}}) {
+    if (m_perFile) {
+        m_document["files"] = kelcore::JSONValue::array();
+    }
+}
+
+void Report::Add(const std::string& file, const Table& table, kelcore::JSONValue result) {
+    switch (m_format) {
+        case OutputFormat::kJson:
+            if (m_perFile) {
+                kelcore::JSONValue entry = {{"file", file}};
+                entry.update(result);
+                m_document["files"].push_back(std::move(entry));
+            } else {
+                m_document.update(result);
+            }
+            break;
+        case OutputFormat::kCsv:
+            table.WriteCsv(stdout, m_perFile ? &file : nullptr, m_tablesWritten == 0);
+            break;
+        case OutputFormat::kTable:
+            if (m_perFile) {
+                std::printf("%s%s:\n", m_tablesWritten > 0 ? "\n" : "", file.c_str());
+            }
+            table.WriteAligned(stdout);
+            break;
+    }
+    ++m_tablesWritten;
+    std::fflush(stdout);
+}
+
+void Report::Finish() {
+    if (m_format == OutputFormat::kJson) {
+        std::printf("%s\n", m_document.dump(2, ' ', false, kelcore::JSONValue::error_handler_t::replace).c_str());
+        std::fflush(stdout);
+    }
+}
+
+}  // namespace keltemporalxmp::tool

@@ -1,0 +1,151 @@
+#include "TimeDisplay.hpp"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+#include <keltemporalxmp/docops.hpp>
+
+namespace keltemporalxmp::tool {
+namespace {
+
+std::optional<std::int64_t> PositiveInteger(std::string_view text) {
+    std::int64_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || value <= 0) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+std::optional<FrameRate> RateOf(std::string_view numerator, std::string_view denominator) {
+    const std::optional<std::int64_t> n = PositiveInteger(numerator);
+    const std::optional<std::int64_t> d = PositiveInteger(denominator);
+    if (!n || !d) {
+        return std::nullopt;
+    }
+    return FrameRate{*n, *d};
+}
+
+// Timecode labels count frames at the whole number of frames per second
+// nearest to the rate.
+std::int64_t NominalFramesPerSecond(FrameRate rate) {
+    const auto nominal = static_cast<std::int64_t>(std::llround(static_cast<double>(rate.numerator) /
+                                                                static_cast<double>(rate.denominator)));
+    return nominal < 1 ? 1 : nominal;
+}
+
+// Drop-frame timecode skips the first labels of every minute except each
+// tenth minute (two labels at 29.97, four at 59.94); the frame number is
+// turned into the label number it is shown as.
+std::int64_t DropFrameLabel(std::int64_t frame, std::int64_t nominal) {
+    const std::int64_t dropped = nominal / 15;
+    const std::int64_t framesPerMinute = nominal * 60 - dropped;
+    const std::int64_t framesPerTenMinutes = framesPerMinute * 10 + dropped;
+    const std::int64_t tens = frame / framesPerTenMinutes;
+    const std::int64_t rest = frame % framesPerTenMinutes;
+    std::int64_t label = frame + dropped * 9 * tens;
+    if (rest > dropped) {
+        label += dropped * ((rest - dropped) / framesPerMinute);
+    }
+    return label;
+}
+
+}  // namespace
+
+std::optional<FrameRate> ParseFrameRate(std::string_view text) {
+    if (const std::size_t slash = text.find('/'); slash != std::string_view::npos) {
+        return RateOf(text.substr(0, slash), text.substr(slash + 1));
+    }
+    if (text.starts_with('f')) {
+        text.remove_prefix(1);
+    }
+    if (const std::size_t s = text.find('s'); s != std::string_view::npos) {
+        return RateOf(text.substr(0, s), text.substr(s + 1));
+    }
+    return RateOf(text, "1");
+}
+
+std::string FrameRateText(FrameRate rate) {
+    std::string text;
+    XMPDocOpsTemporal::CreateExternalFrameRateString(&text, rate.numerator, rate.denominator);
+    return text;
+}
+
+bool IsUsableRate(FrameRate rate) {
+    return rate.numerator > 0 && rate.denominator > 0;
+}
+
+bool IsDropFrameRate(FrameRate rate) {
+    return rate == FrameRate{30000, 1001} || rate == FrameRate{60000, 1001};
+}
+
+double Seconds(std::int64_t ticks) {
+    return XMPDocOpsTemporal::ConvertTicksToSeconds(ticks);
+}
+
+std::int64_t FrameCount(std::int64_t ticks, FrameRate rate) {
+    std::string frames;
+    XMPDocOpsTemporal::ConvertTicksToExternalTimeString(&frames, ticks, rate.numerator, rate.denominator,
+                                                        kTicksPerSecond, false);
+    return std::strtoll(frames.c_str(), nullptr, 10);
+}
+
+std::string Timecode(std::int64_t ticks, FrameRate rate) {
+    const std::int64_t frames = FrameCount(ticks, rate);
+    const std::int64_t nominal = NominalFramesPerSecond(rate);
+    const bool dropFrame = IsDropFrameRate(rate);
+    const std::int64_t magnitude = frames < 0 ? -frames : frames;
+    const std::int64_t label = dropFrame ? DropFrameLabel(magnitude, nominal) : magnitude;
+    const std::int64_t seconds = label / nominal;
+    char text[96];
+    std::snprintf(text, sizeof text, "%s%02lld:%02lld:%02lld%c%02lld", frames < 0 ? "-" : "",
+                  static_cast<long long>(seconds / 3600), static_cast<long long>(seconds / 60 % 60),
+                  static_cast<long long>(seconds % 60), dropFrame ? ';' : ':', static_cast<long long>(label % nominal));
+    return text;
+}
+
+std::string XmpTimeText(std::int64_t ticks, FrameRate rate) {
+    std::string text;
+    XMPDocOpsTemporal::ConvertTicksToExternalTimeString(&text, ticks, rate.numerator, rate.denominator,
+                                                        kTicksPerSecond, true);
+    return text;
+}
+
+std::string SecondsCell(std::int64_t ticks) {
+    if (ticks == kTimeUnspecified) {
+        return "-";
+    }
+    char text[64];
+    std::snprintf(text, sizeof text, "%.3f", Seconds(ticks));
+    return text;
+}
+
+std::string FramesCell(std::int64_t ticks, std::optional<FrameRate> rate) {
+    return ticks == kTimeUnspecified || !rate ? "-" : std::to_string(FrameCount(ticks, *rate));
+}
+
+std::string TimecodeCell(std::int64_t ticks, std::optional<FrameRate> rate) {
+    return ticks == kTimeUnspecified || !rate ? "-" : Timecode(ticks, *rate);
+}
+
+kelcore::JSONValue TimeJson(std::int64_t ticks, std::optional<FrameRate> rate) {
+    kelcore::JSONValue time = {{"ticks", ticks}};
+    if (ticks == kTimeUnspecified) {
+        time["unspecified"] = true;
+        return time;
+    }
+    time["seconds"] = Seconds(ticks);
+    if (rate) {
+        time["frames"] = FrameCount(ticks, *rate);
+        time["timecode"] = Timecode(ticks, *rate);
+    }
+    return time;
+}
+
+kelcore::JSONValue FrameRateJson(FrameRate rate) {
+    return {{"numerator", rate.numerator}, {"denominator", rate.denominator}};
+}
+
+}  // namespace keltemporalxmp::tool

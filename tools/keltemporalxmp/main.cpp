@@ -1,0 +1,40 @@
+// keltemporalxmp: the temporal XMP of sidecars and media files from the command line.
+
+#include <cstdio>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "Commands.hpp"
+#include "Documents.hpp"
+
+using namespace keltemporalxmp::tool;
+
+int main(int argc, char** argv) {
+    CLI::App app("Read, edit and write the time-based XMP metadata of files: tracks of markers, ingredients, "
+                 "the pantry.",
+                 "keltemporalxmp");
+    app.require_subcommand(1);
+    const std::vector<CommandEntry> commands = {AddTimeCommand(app)};
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        const int status = app.exit(error);
+        return status == 0 ? kExitOk : kExitUsage;
+    }
+    for (const CommandEntry& command : commands) {
+        if (!command.subcommand->parsed()) {
+            continue;
+        }
+        try {
+            return command.run();
+        } catch (const UsageError& error) {
+            ReportError(command.subcommand->get_name(), error.what());
+            return kExitUsage;
+        } catch (...) {
+            ReportError(command.subcommand->get_name(), DescribeError(std::current_exception()));
+            return kExitBadInput;
+        }
+    }
+    return kExitUsage;
+}
