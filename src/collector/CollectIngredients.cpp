@@ -26,10 +26,9 @@ void AppendPart(std::string& chain, const Span& span, const std::string& path) {
 
 void XMPTemporalMetadataCollector::CollectIngredients(const SXMPMeta& xmp, const Visit& visit) {
     const std::string listPath = visit.PropertyPath(docops::kIngredientsPath);
-    const XMP_Index count = docops::CountListItems(xmp, listPath.c_str());
-    for (XMP_Index index = 1; index <= count; ++index) {
-        const std::optional<collector::IngredientUse> use = collector::ReadIngredientUse(
-            xmp, docops::ListItemPath(listPath.c_str(), index), (visit.m_mask & kIgnoreMaskMarkers) == 0);
+    for (const docops::ListItem& item : docops::StructItems(xmp, listPath.c_str())) {
+        const std::optional<collector::IngredientUse> use =
+            collector::ReadIngredientUse(xmp, item.m_path, (visit.m_mask & kIgnoreMaskMarkers) == 0);
         if (!use) {
             continue;
         }

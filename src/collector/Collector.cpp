@@ -28,15 +28,10 @@ XMPTemporalMetadataCollector::~XMPTemporalMetadataCollector() = default;
 
 // An instance ID held by two items keeps the first.
 void XMPTemporalMetadataCollector::IndexPantry(const SXMPMeta& xmp) {
-    const XMP_Index count = docops::CountListItems(xmp, docops::kPantryPath);
-    for (XMP_Index index = 1; index <= count; ++index) {
-        std::string itemPath = docops::ListItemPath(docops::kPantryPath, index);
-        if (!docops::IsStructItem(xmp, itemPath)) {
-            continue;
-        }
-        std::string instanceID = docops::PantryItemInstanceID(xmp, itemPath);
+    for (docops::ListItem& item : docops::StructItems(xmp, docops::kPantryPath)) {
+        std::string instanceID = docops::PantryItemInstanceID(xmp, item.m_path);
         if (!instanceID.empty()) {
-            m_pantryIndex.emplace(std::move(instanceID), std::move(itemPath));
+            m_pantryIndex.emplace(std::move(instanceID), std::move(item.m_path));
         }
     }
 }

@@ -34,9 +34,6 @@ std::optional<double> IngredientUse::Scale() const {
 
 std::optional<IngredientUse> ReadIngredientUse(const SXMPMeta& xmp, const std::string& itemPath,
                                                bool readMaskMarkers) {
-    if (!docops::IsStructItem(xmp, itemPath)) {
-        return std::nullopt;
-    }
     const std::optional<Span> from = ReadPart(xmp, itemPath, "fromPart");
     const std::optional<Span> to = ReadPart(xmp, itemPath, "toPart");
     if (!from || !to) {

@@ -25,7 +25,7 @@ struct IngredientUse {
     std::optional<double> Scale() const;
 };
 
-// Null when the item is not a struct or a part string cannot be read.
+// The struct item at itemPath; null when a part string cannot be read.
 std::optional<IngredientUse> ReadIngredientUse(const SXMPMeta& xmp, const std::string& itemPath,
                                                bool readMaskMarkers);
 
