@@ -155,6 +155,9 @@ public:
     void debug_Dump() const;
 
 private:
+    // Turns markers it has read into marker report-backs.
+    friend class XMPTemporalMetadataCollector;
+
     // What every form sets; the public constructors fill in the rest.
     XMPTemporalMetadataInfo(_infoFormEnum infoForm, const char* name, std::int64_t startTime,
                             std::int64_t startTimeFrameRateNumerator, std::int64_t startTimeFrameRateDenominator,

@@ -117,7 +117,8 @@ std::int64_t ReadTime(const std::string& text, std::int64_t& numerator, std::int
 // usual order); markers before the rate wait for the end of their track.
 class Reader {
 public:
-    Reader(const char* tracksPath, std::vector<XMPTrack>& tracks) : m_tracksPath(tracksPath), m_tracks(tracks) {}
+    Reader(const char* tracksPath, std::vector<XMPTrack>& tracks, KeywordCuePoints keywords)
+        : m_tracksPath(tracksPath), m_tracks(tracks), m_keywordCuePoints(keywords) {}
 
     void Read(SXMPIterator& walk) {
         if (!walk.Next(nullptr, &m_path, &m_value, &m_options) || !IsArray(m_options)) {
@@ -281,7 +282,8 @@ private:
         for (const CuePointText& cuePoint : text.m_cuePoints) {
             if (cuePoint.m_key == kMarkerIdKey) {
                 markerID = markerID != nullptr ? markerID : &cuePoint.m_value;
-            } else if (cuePoint.m_key.starts_with(kKeywordExtKELPrefixV1)) {
+            } else if (m_keywordCuePoints == KeywordCuePoints::kToKeywords &&
+                       cuePoint.m_key.starts_with(kKeywordExtKELPrefixV1)) {
                 m_keywords.push_back(
                     CuePointToKeyword(XMPCuePointParam(cuePoint.m_key.c_str(), cuePoint.m_value.c_str())));
             } else {
@@ -310,6 +312,7 @@ private:
 
     std::string m_tracksPath;
     std::vector<XMPTrack>& m_tracks;
+    KeywordCuePoints m_keywordCuePoints;
 
     // The node at hand.
     std::string m_path;
@@ -339,9 +342,9 @@ private:
 }  // namespace
 
 void ReadTrackList(const SXMPMeta& meta, const char* schemaNS, const char* tracksPath,
-                   std::vector<XMPTrack>& tracks) {
+                   std::vector<XMPTrack>& tracks, KeywordCuePoints keywords) {
     SXMPIterator walk(meta, schemaNS, tracksPath, kXMP_IterOmitQualifiers);
-    Reader(tracksPath, tracks).Read(walk);
+    Reader(tracksPath, tracks, keywords).Read(walk);
 }
 
 }  // namespace keltemporalxmp::docops

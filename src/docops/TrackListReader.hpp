@@ -12,12 +12,15 @@
 namespace keltemporalxmp {
 namespace [[gnu::visibility("hidden")]] docops {
 
+// What becomes of a cue point that carries a keyword.
+enum class KeywordCuePoints { kToKeywords, kKeptAsCuePoints };
+
 // Appends the tracks of the array at tracksPath, each once it is complete.
 // Times are read at the track's rate unless they carry their own; every marker
 // keeps the rate its times were read at. A rate that cannot convert a time
 // raises XMP_Error kXMPErr_BadValue naming the marker.
 void ReadTrackList(const SXMPMeta& meta, const char* schemaNS, const char* tracksPath,
-                   std::vector<XMPTrack>& tracks);
+                   std::vector<XMPTrack>& tracks, KeywordCuePoints keywords = KeywordCuePoints::kToKeywords);
 
 }  // namespace docops
 }  // namespace keltemporalxmp

@@ -1,0 +1,124 @@
+// The collector on a composed document of three levels below the top, each
+// document using ten of the next (1,110 nested documents, every other use
+// reversed), every document holding the same number of markers; beside it, a
+// baseline that reads the same markers of the same 1,111 documents, each
+// opened on its own, with the track reader of the document operations.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include <keltemporalxmp/collector.hpp>
+#include <keltemporalxmp/docops.hpp>
+
+namespace {
+
+using keltemporalxmp::XMPCuePointParam;
+using keltemporalxmp::XMPDocOpsTemporal;
+using keltemporalxmp::XMPTemporalMetadataCollector;
+using keltemporalxmp::XMPTemporalMetadataInfo;
+using keltemporalxmp::XMPTrack;
+
+constexpr std::int64_t kSecond = 254016000000;
+constexpr int kFanOut = 10;
+constexpr int kLevels = 3;
+
+// Markers every second, half a second long, spread over the document's span.
+SXMPMeta Document(int markers, std::int64_t length, const std::string& name) {
+    SXMPMeta meta;
+    XMPDocOpsTemporal doc;
+    doc.OpenXMP(&meta, "");
+    XMPTrack track("Notes", "Comment", 25, 1);
+    const std::int64_t step = length / markers;
+    for (int i = 0; i < markers; ++i) {
+        const std::string text = name + " marker " + std::to_string(i);
+        track.AddMarker(XMPTemporalMetadataInfo(text.c_str(), "A comment on the marker", i * step, kSecond / 2, "",
+                                                "", "", "", {XMPCuePointParam("scene", text.c_str())}, "", "",
+                                                nullptr, nullptr));
+    }
+    doc.AddTrack("Notes", track);
+    doc.PrepareForSave("");
+    return meta;
+}
+
+struct Fixture {
+    SXMPMeta m_composed;
+    std::vector<SXMPMeta> m_documents;  // every document with its markers only
+};
+
+// A document `level` levels above the leaves, composed of kFanOut children
+// side by side; returns its length.
+std::int64_t Compose(Fixture& fixture, int markers, int level, SXMPMeta& out, const std::string& name) {
+    const std::int64_t childLength = markers * kSecond;
+    std::int64_t length = childLength;
+    for (int i = 0; i < level; ++i) {
+        length *= kFanOut;
+    }
+    out = Document(markers, length, name);
+    fixture.m_documents.push_back(out.Clone());
+    if (level == 0) {
+        return length;
+    }
+    XMPDocOpsTemporal doc;
+    doc.OpenXMP(&out, "");
+    for (int i = 0; i < kFanOut; ++i) {
+        SXMPMeta child;
+        const std::int64_t used = Compose(fixture, markers, level - 1, child, name + "." + std::to_string(i));
+        const bool reversed = i % 2 == 1;
+        doc.AddIngredientXMPTemporal(child, reversed ? used : 0, reversed ? -used : used, i * used, used, "", "",
+                                     "linear");
+    }
+    doc.PrepareForSave("");
+    return length;
+}
+
+const Fixture& Composed(int markers) {
+    static Fixture fixtures[2];
+    Fixture& fixture = fixtures[markers == 20 ? 0 : 1];
+    if (fixture.m_documents.empty()) {
+        Compose(fixture, markers, kLevels, fixture.m_composed, "top");
+    }
+    return fixture;
+}
+
+void Collect(benchmark::State& state) {
+    const Fixture& fixture = Composed(static_cast<int>(state.range(0)));
+    std::size_t records = 0;
+    for (auto _ : state) {
+        XMPTemporalMetadataCollector collector(XMPTemporalMetadataCollector::kCollectDocumentMarkers |
+                                                   XMPTemporalMetadataCollector::kCollectIngredientMarkers,
+                                               fixture.m_composed, 0, INT64_MAX);
+        records = collector.GetXMPTemporalMetadataInfoCollection().size();
+        benchmark::DoNotOptimize(records);
+    }
+    state.counters["markers"] = static_cast<double>(records);
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(records));
+}
+
+void CollectBaseline(benchmark::State& state) {
+    const Fixture& fixture = Composed(static_cast<int>(state.range(0)));
+    std::size_t records = 0;
+    for (auto _ : state) {
+        records = 0;
+        for (const SXMPMeta& document : fixture.m_documents) {
+            SXMPMeta meta = document;
+            XMPDocOpsTemporal doc;
+            doc.OpenXMP(&meta, "");
+            for (auto track = doc.TrackListIteratorBegin(); track != doc.TrackListIteratorEnd(); ++track) {
+                records += track->GetMarkers().size();
+            }
+        }
+        benchmark::DoNotOptimize(records);
+    }
+    state.counters["markers"] = static_cast<double>(records);
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(records));
+}
+
+BENCHMARK(Collect)->Arg(20)->Arg(40)->Unit(benchmark::kMillisecond);
+BENCHMARK(CollectBaseline)->Arg(20)->Arg(40)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();

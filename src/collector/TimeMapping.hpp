@@ -1,0 +1,61 @@
+#pragma once
+// Tick arithmetic of the collector. The largest tick value is an unspecified
+// time: an operation that meets it, or that would leave the 64-bit range,
+// yields it.
+
+#include <cstdint>
+#include <limits>
+
+namespace keltemporalxmp {
+namespace [[gnu::visibility("hidden")]] collector {
+
+inline constexpr std::int64_t kUnspecified = std::numeric_limits<std::int64_t>::max();
+
+std::int64_t AddTimes(std::int64_t a, std::int64_t b);
+std::int64_t SubtractTimes(std::int64_t a, std::int64_t b);
+std::int64_t NegateTime(std::int64_t a);
+
+// A span held as start and duration; a negative duration runs backwards.
+struct Span {
+    std::int64_t m_start = 0;
+    std::int64_t m_duration = kUnspecified;
+
+    std::int64_t End() const { return AddTimes(m_start, m_duration); }
+    // The same times, forwards.
+    Span Forwards() const;
+    // Starts at its end and runs back to its start.
+    Span Reversed() const;
+};
+
+// Closed, m_low <= m_high.
+struct Interval {
+    std::int64_t m_low = 0;
+    std::int64_t m_high = 0;
+
+    static Interval Between(std::int64_t a, std::int64_t b);
+    // Between a and b, one tick long when they are equal: what overlap tests
+    // compare, so that a zero-length marker still meets its surroundings.
+    static Interval ForOverlap(std::int64_t a, std::int64_t b);
+    static Interval Of(const Span& span) { return Between(span.m_start, span.End()); }
+
+    // Both ways strictly: touching ends do not overlap.
+    bool Overlaps(const Interval& other) const { return m_low < other.m_high && other.m_low < m_high; }
+    std::int64_t Clamp(std::int64_t time) const;
+    // The part inside `other`; zero-length at the nearer end when none is.
+    Interval ClampedInto(const Interval& other) const;
+    Interval Intersection(const Interval& other) const;
+    Span AsSpan() const { return {m_low, SubtractTimes(m_high, m_low)}; }
+};
+
+// Maps a time of a source span that starts at m_fromStart onto a target that
+// starts at m_toStart, scaled; the result is truncated toward zero.
+struct Mapping {
+    std::int64_t m_fromStart = 0;
+    std::int64_t m_toStart = 0;
+    double m_scale = 1.0;
+
+    std::int64_t operator()(std::int64_t time) const;
+};
+
+}  // namespace collector
+}  // namespace keltemporalxmp
