@@ -19,6 +19,44 @@ bool HasOwnRate(std::int64_t numerator, std::int64_t denominator, const XMPTrack
            (numerator != track.GetFrameRateNumerator() || denominator != track.GetFrameRateDenominator());
 }
 
+// The text of a marker's time: at its own rate, else at the track's.
+char* WriteMarkerTime(char* text, std::int64_t ticks, std::int64_t numerator, std::int64_t denominator,
+                      const XMPTrack& track) {
+    const bool ownRate = HasOwnRate(numerator, denominator, track);
+    if (!ownRate) {
+        numerator = track.GetFrameRateNumerator();
+        denominator = track.GetFrameRateDenominator();
+    }
+    return timestrings::WriteTimeText(text, ticks, numerator, denominator, kTicksPerSecond, ownRate);
+}
+
+// Every time is converted once before anything is written, so that a rate
+// that cannot convert one leaves the caller's track list as it was.
+void CheckMarkerTimes(const std::vector<XMPTrack>& tracks) {
+    char text[timestrings::kMaxTimeTextLength + 1];
+    std::size_t trackIndex = 0;
+    for (const XMPTrack& track : tracks) {
+        ++trackIndex;
+        std::size_t markerIndex = 0;
+        for (const auto& entry : track.GetMarkers()) {
+            ++markerIndex;
+            const XMPTemporalMetadataInfo& marker = entry.second;
+            try {
+                WriteMarkerTime(text, marker.GetStartTime(), marker.GetStartTimeFrameRateNumerator(),
+                                marker.GetStartTimeFrameRateDenominator(), track);
+                WriteMarkerTime(text, marker.GetDuration(), marker.GetDurationFrameRateNumerator(),
+                                marker.GetDurationFrameRateDenominator(), track);
+            } catch (const XMP_Error& error) {
+                std::string path(kTracksPath);
+                AppendItemIndex(path, trackIndex);
+                path.append(1, '/').append(field::kMarkers);
+                AppendItemIndex(path, markerIndex);
+                RethrowAt(error, kOperation, path);
+            }
+        }
+    }
+}
+
 // All paths are built in one buffer: a step is appended for a field or an
 // item and cut off again, so every marker's path is composed once.
 class Writer {
@@ -55,15 +93,11 @@ private:
         m_meta.AppendArrayItem(kXMP_NS_DM, m_path.c_str(), kMarkersForm, nullptr, kXMP_PropValueIsStruct);
         AppendItemIndex(m_path, index);
         const std::size_t markerLength = m_path.size();
-        try {
-            SetTime(markerLength, field::kStartTime, marker.GetStartTime(), marker.GetStartTimeFrameRateNumerator(),
-                    marker.GetStartTimeFrameRateDenominator(), track);
-            if (marker.GetDuration() != 0) {
-                SetTime(markerLength, field::kDuration, marker.GetDuration(),
-                        marker.GetDurationFrameRateNumerator(), marker.GetDurationFrameRateDenominator(), track);
-            }
-        } catch (const XMP_Error& error) {
-            RethrowAt(error, kOperation, std::string_view(m_path).substr(0, markerLength));
+        SetTime(markerLength, field::kStartTime, marker.GetStartTime(), marker.GetStartTimeFrameRateNumerator(),
+                marker.GetStartTimeFrameRateDenominator(), track);
+        if (marker.GetDuration() != 0) {
+            SetTime(markerLength, field::kDuration, marker.GetDuration(), marker.GetDurationFrameRateNumerator(),
+                    marker.GetDurationFrameRateDenominator(), track);
         }
         using Info = XMPTemporalMetadataInfo;
         SetFieldUnlessEmpty(markerLength, field::kComment, *marker.GetMarkerFieldPtr(Info::kInfoField_Comment));
@@ -112,13 +146,8 @@ private:
 
     void SetTime(std::size_t structLength, std::string_view name, std::int64_t ticks, std::int64_t numerator,
                  std::int64_t denominator, const XMPTrack& track) {
-        const bool ownRate = HasOwnRate(numerator, denominator, track);
-        if (!ownRate) {
-            numerator = track.GetFrameRateNumerator();
-            denominator = track.GetFrameRateDenominator();
-        }
         char text[timestrings::kMaxTimeTextLength + 1];
-        *timestrings::WriteTimeText(text, ticks, numerator, denominator, kTicksPerSecond, ownRate) = '\0';
+        *WriteMarkerTime(text, ticks, numerator, denominator, track) = '\0';
         SetField(structLength, name, text);
     }
 
@@ -143,6 +172,7 @@ private:
 }  // namespace
 
 void WriteTrackList(SXMPMeta& meta, const std::vector<XMPTrack>& tracks) {
+    CheckMarkerTimes(tracks);
     meta.DeleteProperty(kXMP_NS_DM, kTracksPath);
     Writer writer(meta);
     std::size_t index = 0;

@@ -135,8 +135,9 @@ void TXMPDocOps<tStringObj>::PrepareForSave(XMP_StringPtr mimeType, XMP_StringPt
     EnsureIDsExist();
     const tStringObj instanceID = NewID(kInstanceIDPrefix);
     const tStringObj now = CurrentDate();
-    SetMMProperty(m_meta, "InstanceID", instanceID);
+    // The event first: a history that cannot take it leaves the instance ID as it was.
     AppendEvent(m_meta, "saved", instanceID, now, JoinParts(m_changedParts));
+    SetMMProperty(m_meta, "InstanceID", instanceID);
     m_meta.SetProperty(kXMP_NS_XMP, "MetadataDate", now.c_str());
     m_meta.SetProperty(kXMP_NS_XMP, "ModifyDate", now.c_str());
     SetFormat(m_meta, mimeType);
