@@ -1,7 +1,9 @@
 #pragma once
-// The UTF-16 marker object API: Marker, its custom cue point parameters, and
-// MarkerTypeFilter, a shared, thread-safe set of marker types that pass.
+// The UTF-16 marker object API: Marker, its custom cue point parameters,
+// MarkerTypeFilter, a shared, thread-safe set of marker types that pass, the
+// whole-list read and write of markers, and the segmentation query.
 
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -14,6 +16,7 @@
 #include <kelcore/RefCounted.hpp>
 #include <kelcore/Strings.hpp>
 #include <kelmediatypes/TickTime.hpp>
+#include <xmptoolkit/XMP.hpp>
 
 namespace keltemporalxmp {
 
@@ -142,4 +145,30 @@ private:
     mutable std::mutex m_mutex;
 };
 
+using MarkerList = std::vector<std::shared_ptr<Marker>, kelcore::STLAllocator<std::shared_ptr<Marker>>>;
+
+// Appends one marker per marker of every track of meta, track by track, each
+// track's in ascending start time. A marker without a type of its own takes
+// its track's type; keywords come back as cue points. Entries already in
+// `markers` stay.
+void ReadAllMarkers(TXMPMeta<std::string>& meta, MarkerList& markers);
+
+// Replaces every track of meta by one track per marker type, in ascending
+// type order, named and typed by the type's UTF-8 text and running at the
+// given frame rate; markers of a track are in ascending start time, ties in
+// input order. The metadata is then prepared for saving, with the change noted
+// on the Dynamic Media part of the metadata. An empty list removes all tracks.
+void WriteAllMarkers(const MarkerList& markers, TXMPMeta<std::string>& meta, std::int64_t frameRateNumerator,
+                     std::int64_t frameRateDenominator);
+
 }  // namespace keltemporalxmp
+
+// Appends (start, duration) in ticks of every "Segmentation" marker of the
+// track named "Markers" to *segments, in ascending start time, and sets
+// *frameDuration to the ticks of one frame of that track: the largest int64_t
+// when there is no such track (or a null meta) or the frame is shorter than a
+// tick. Reads only. A zero frame-rate numerator raises XMP_Error
+// kXMPErr_BadValue naming the rate; null outputs raise kXMPErr_BadParam.
+extern "C" [[gnu::visibility("default")]] void KELTemporalXMPGetSegmentationMarkers(
+    const TXMPMeta<std::string>* meta, std::vector<std::pair<std::int64_t, std::int64_t>>* segments,
+    std::int64_t* frameDuration);

@@ -1,0 +1,170 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <keltemporalxmp/markers.hpp>
+
+using keltemporalxmp::Marker;
+using keltemporalxmp::MarkerList;
+using keltemporalxmp::ReadAllMarkers;
+using keltemporalxmp::UTF16String;
+using keltemporalxmp::WriteAllMarkers;
+using kelmediatypes::TickTime;
+
+namespace {
+
+constexpr std::int64_t kFrame = 254016000000 / 25;
+
+std::shared_ptr<Marker> MakeMarker(const char16_t* type, std::int64_t startFrame, const char16_t* name) {
+    auto marker = std::make_shared<Marker>();
+    marker->SetType(type);
+    marker->SetStartTime(TickTime(startFrame * kFrame));
+    marker->SetName(name);
+    return marker;
+}
+
+MarkerList RoundTrip(const MarkerList& markers, SXMPMeta& meta) {
+    WriteAllMarkers(markers, meta, 25, 1);
+    MarkerList read;
+    ReadAllMarkers(meta, read);
+    return read;
+}
+
+std::vector<UTF16String> Names(const MarkerList& markers) {
+    std::vector<UTF16String> names;
+    for (const auto& marker : markers) names.push_back(marker->GetName());
+    return names;
+}
+
+std::string Property(const SXMPMeta& meta, const char* ns, const char* path) {
+    std::string value;
+    meta.GetProperty(ns, path, &value, nullptr);
+    return value;
+}
+
+}  // namespace
+
+TEST(MarkerList, EveryFieldComesBackInAnyScript) {
+    auto marker = std::make_shared<Marker>();
+    marker->SetType(u"Chapitre – 章");
+    marker->SetStartTime(TickTime(90 * kFrame));
+    marker->SetDuration(TickTime(12 * kFrame));
+    marker->SetName(u"Café déjà vu");
+    marker->SetComment(u"夜の場面 \U0001F319 with a moon");
+    marker->SetLocation(u"Zürich");
+    marker->SetTarget(u"https://example.com/ü");
+    marker->SetCuePointType(u"Event");
+    marker->SetSpeaker(u"Åsa \U0001F600");
+    marker->SetProbability(u"0.75");
+    marker->SetCuePointList({{u"scène", u"第一"}, {u"keywordExtKELv1_k1", u"{\"name\":\"Rain\"}"}, {u"", u""}});
+    SXMPMeta meta;
+    const MarkerList read = RoundTrip({marker}, meta);
+    ASSERT_EQ(read.size(), 1u);
+    EXPECT_EQ(*read[0], *marker);
+    EXPECT_EQ(read[0]->GetCuePointList().size(), 3u);
+    EXPECT_EQ(read[0]->GetComment(), marker->GetComment());  // the surrogate pair survives
+}
+
+TEST(MarkerList, OneTrackPerTypeInTypeOrderThenStartOrder) {
+    // UTF-16 order puts the emoji (D83D DE00) before U+FF5E; UTF-8 order would not.
+    const MarkerList input = {MakeMarker(u"Speech", 40, u"s40"),   MakeMarker(u"Chapter", 30, u"c30a"),
+                              MakeMarker(u"～", 1, u"wave"),       MakeMarker(u"Chapter", 10, u"c10"),
+                              MakeMarker(u"\U0001F600", 5, u"smile"), MakeMarker(u"Chapter", 30, u"c30b"),
+                              MakeMarker(u"Speech", 0, u"s0")};
+    SXMPMeta meta;
+    const MarkerList read = RoundTrip(input, meta);
+    EXPECT_EQ(Names(read), (std::vector<UTF16String>{u"c10", u"c30a", u"c30b", u"s0", u"s40", u"smile", u"wave"}));
+    ASSERT_EQ(meta.CountArrayItems(kXMP_NS_DM, "xmpDM:Tracks"), 4);
+    EXPECT_EQ(Property(meta, kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:trackName"), "Chapter");
+    EXPECT_EQ(Property(meta, kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:trackType"), "Chapter");
+    EXPECT_EQ(Property(meta, kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:frameRate"), "f25");
+    EXPECT_EQ(Property(meta, kXMP_NS_DM, "xmpDM:Tracks[3]/xmpDM:trackName"), "\xF0\x9F\x98\x80");
+    // The type lives on the track only.
+    EXPECT_FALSE(meta.DoesPropertyExist(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:markers[1]/xmpDM:type"));
+    EXPECT_EQ(read[0]->GetType(), u"Chapter");
+    EXPECT_EQ(read[6]->GetType(), u"～");
+}
+
+TEST(MarkerList, WritingReplacesAllTracksAndNotesTheChange) {
+    SXMPMeta meta;
+    WriteAllMarkers({MakeMarker(u"Old", 1, u"old")}, meta, 25, 1);
+    const std::string firstInstance = Property(meta, kXMP_NS_XMP_MM, "xmpMM:InstanceID");
+    MarkerList read = {MakeMarker(u"Kept", 0, u"kept")};
+    EXPECT_EQ(RoundTrip({MakeMarker(u"New", 2, u"new")}, meta).size(), 1u);
+    EXPECT_EQ(Property(meta, kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:trackType"), "New");
+    EXPECT_EQ(Property(meta, kXMP_NS_XMP_MM, "xmpMM:History[last()]/stEvt:changed"), "/metadata/xmpDM");
+    EXPECT_NE(Property(meta, kXMP_NS_XMP_MM, "xmpMM:InstanceID"), firstInstance);
+
+    WriteAllMarkers({}, meta, 25, 1);
+    EXPECT_FALSE(meta.DoesPropertyExist(kXMP_NS_DM, "xmpDM:Tracks"));
+    ReadAllMarkers(meta, read);
+    EXPECT_EQ(Names(read), std::vector<UTF16String>{u"kept"});  // nothing to read, nothing dropped
+}
+
+TEST(MarkerList, NullMarkerIsRejectedBeforeAnythingIsWritten) {
+    SXMPMeta meta;
+    WriteAllMarkers({MakeMarker(u"Chapter", 1, u"one")}, meta, 25, 1);
+    try {
+        WriteAllMarkers({MakeMarker(u"Chapter", 2, u"two"), nullptr}, meta, 25, 1);
+        FAIL() << "no error";
+    } catch (const XMP_Error& error) {
+        EXPECT_EQ(error.GetID(), kXMPErr_BadParam);
+        EXPECT_NE(std::string(error.GetErrMsg()).find("index 1"), std::string::npos) << error.GetErrMsg();
+    }
+    MarkerList read;
+    ReadAllMarkers(meta, read);
+    EXPECT_EQ(Names(read), std::vector<UTF16String>{u"one"});
+}
+
+// As another writer lays it out: ordered arrays, fields in another order and
+// of other schemas, IDs that are not GUID text, types on the markers.
+TEST(MarkerList, ReadsMarkersOfAnotherWriter) {
+    SXMPMeta::RegisterNamespace("http://example.com/other/", "other", nullptr);
+    SXMPMeta meta;
+    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", kXMP_PropArrayIsOrdered, nullptr, kXMP_PropValueIsStruct);
+    const char* track = "xmpDM:Tracks[1]";
+    meta.SetStructField(kXMP_NS_DM, track, "http://example.com/other/", "colour", "red");
+    meta.SetStructField(kXMP_NS_DM, track, kXMP_NS_DM, "trackType", "Comment");
+    meta.SetStructField(kXMP_NS_DM, track, kXMP_NS_DM, "frameRate", "f30000s1001");
+    const char* markers = "xmpDM:Tracks[1]/xmpDM:markers";
+    const std::vector<std::vector<std::pair<const char*, const char*>>> fields = {
+        {{"name", "Ünïcødé"}, {"startTime", "30"}, {"type", "Chapter"}, {"duration", "15"}},
+        {{"startTime", "60"}, {"name", "braced"}},
+        {{"startTime", "90"}, {"name", "no id"}}};
+    const char* ids[] = {"clip-7", "{6B29FC40-CA47-1067-B31D-00DD010662DA}", nullptr};
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        meta.AppendArrayItem(kXMP_NS_DM, markers, kXMP_PropArrayIsOrdered, nullptr, kXMP_PropValueIsStruct);
+        const std::string marker = std::string(markers) + "[" + std::to_string(i + 1) + "]";
+        for (const auto& [name, value] : fields[i]) {
+            meta.SetStructField(kXMP_NS_DM, marker.c_str(), kXMP_NS_DM, name, value);
+        }
+        if (ids[i] != nullptr) {
+            const std::string params = marker + "/xmpDM:cuePointParams";
+            meta.AppendArrayItem(kXMP_NS_DM, params.c_str(), kXMP_PropArrayIsOrdered, nullptr, kXMP_PropValueIsStruct);
+            meta.SetStructField(kXMP_NS_DM, (params + "[1]").c_str(), kXMP_NS_DM, "value", ids[i]);
+            meta.SetStructField(kXMP_NS_DM, (params + "[1]").c_str(), kXMP_NS_DM, "key", "marker_guid");
+        }
+    }
+    MarkerList first;
+    MarkerList second;
+    ReadAllMarkers(meta, first);
+    ReadAllMarkers(meta, second);
+    ASSERT_EQ(first.size(), 3u);
+    constexpr std::int64_t kNtscFrame = 254016000000 * 1001 / 30000;
+    EXPECT_EQ(first[0]->GetStartTime(), TickTime(30 * kNtscFrame));
+    EXPECT_EQ(first[0]->GetDuration(), TickTime(15 * kNtscFrame));
+    EXPECT_EQ(first[0]->GetName(), u"Ünïcødé");
+    EXPECT_EQ(first[0]->GetType(), u"Chapter");
+    EXPECT_EQ(first[1]->GetType(), u"Comment");
+    EXPECT_TRUE(first[0]->GetCuePointList().empty());
+
+    EXPECT_EQ(first[0]->GetMarkerID(), "clip-7");
+    EXPECT_EQ(first[0]->GetGUID(), Marker("clip-7").GetGUID());
+    EXPECT_EQ(first[0]->GetGUID(), second[0]->GetGUID());
+    EXPECT_EQ(first[1]->GetMarkerID(), ids[1]);
+    EXPECT_EQ(first[1]->GetGUID(), kelcore::Guid(ids[1]));
+    EXPECT_EQ(first[2]->GetMarkerID(), first[2]->GetGUID().AsUTF8String());
+    EXPECT_NE(first[2]->GetGUID(), second[2]->GetGUID());
+}
