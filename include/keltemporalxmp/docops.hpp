@@ -128,6 +128,13 @@ public:
                           std::int64_t* durationNumerator, std::int64_t* durationDenominator,
                           std::int64_t defaultDuration, std::string* path);
 
+    // --- Diagnostics --------------------------------------------------------
+    // Print the document state to standard output. They read nothing: a list
+    // that was never read prints empty.
+
+    void debug_Dump() const;
+    void debug_DumpTrackList() const;
+
 private:
     // Reads the track list from the metadata, once.
     void CacheTrackList();
