@@ -1,4 +1,4 @@
-// Dumps of the document state: its flags and handles, then its lists.
+// Dumps of the document state: its flags and handles, then its three lists.
 
 #include <keltemporalxmp/docops.hpp>
 
@@ -15,6 +15,18 @@ using diagnostics::kFieldOffset;
 constexpr int kDocumentColumn = 30;
 constexpr int kListItemIndent = diagnostics::kListIndent + kFieldOffset;
 
+// The ingredient list and the pantry: numbered entries under their keys.
+template <typename KeyedList>
+void DumpKeyedList(const char* memberName, const char* itemName, const KeyedList& list) {
+    const DumpFrame frame(diagnostics::kListIndent, "XMPDocOpsTemporal", memberName);
+    int number = 0;
+    for (const auto& [key, entry] : list) {
+        diagnostics::PrintIndent(kListItemIndent);
+        std::printf("%s[%d] Key='%s'\n", itemName, ++number, key.c_str());
+        entry.debug_Dump();
+    }
+}
+
 }  // namespace
 
 void XMPDocOpsTemporal::debug_Dump() const {
@@ -29,6 +41,8 @@ void XMPDocOpsTemporal::debug_Dump() const {
     fields.Pointer("m_xmpDocOpsPtr", m_xmpDocOpsPtr.get());
     fields.Pointer("m_xmpMetaPtr", m_xmpMetaPtr.get());
     debug_DumpTrackList();
+    debug_DumpIngredientList();
+    debug_DumpPantryList();
 }
 
 void XMPDocOpsTemporal::debug_DumpTrackList() const {
@@ -41,6 +55,15 @@ void XMPDocOpsTemporal::debug_DumpTrackList() const {
         std::printf("Track[%d] TrackName = '%s'\n", ++number, name.c_str());
         track.debug_Dump();
     }
+}
+
+
+void XMPDocOpsTemporal::debug_DumpIngredientList() const {
+    DumpKeyedList("debug_DumpIngredientList", "Ingredient", m_ingredients);
+}
+
+void XMPDocOpsTemporal::debug_DumpPantryList() const {
+    DumpKeyedList("debug_DumpPantryList", "PantryEntry", m_pantry);
 }
 
 }  // namespace keltemporalxmp
