@@ -315,6 +315,15 @@ public:
     // empty.
     void StripXMPExceptInstanceID();
 
+    // --- Diagnostics --------------------------------------------------------
+    // Print the document state to standard output. They read nothing: a list
+    // that was never read prints empty.
+
+    void debug_Dump() const;
+    void debug_DumpTrackList() const;
+    void debug_DumpIngredientList() const;
+    void debug_DumpPantryList() const;
+
 private:
     // Reads the track list from the metadata, once.
     void CacheTrackList();

@@ -27,8 +27,12 @@ std::string ShellQuoted(const std::string& text) {
 }  // namespace
 
 ToolResult RunTool(const std::vector<std::string>& arguments) {
+    return RunProgram(kTool.string(), arguments);
+}
+
+ToolResult RunProgram(const std::string& program, const std::vector<std::string>& arguments) {
     const ScratchDirectory captures;
-    std::string command = ShellQuoted(kTool.string());
+    std::string command = ShellQuoted(program);
     for (const std::string& argument : arguments) {
         command += " " + ShellQuoted(argument);
     }

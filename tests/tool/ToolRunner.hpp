@@ -1,5 +1,5 @@
 #pragma once
-// Runs the built command-line tool and captures what it prints.
+// Runs the built command-line tool, or another program, and captures what it prints.
 
 #include <filesystem>
 #include <string>
@@ -13,6 +13,9 @@ struct ToolResult {
     std::string err;
 };
 
+// Runs `program` (found on PATH when it has no directory) with the arguments.
+ToolResult RunProgram(const std::string& program, const std::vector<std::string>& arguments);
+// The built keltemporalxmp.
 ToolResult RunTool(const std::vector<std::string>& arguments);
 
 std::string ReadFile(const std::filesystem::path& path);

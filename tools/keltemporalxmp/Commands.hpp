@@ -5,6 +5,11 @@
 
 namespace keltemporalxmp::tool {
 
+CommandEntry AddMarkersCommand(CLI::App& app);
+CommandEntry AddTracksCommand(CLI::App& app);
+CommandEntry AddSegmentsCommand(CLI::App& app);
+CommandEntry AddWriteMarkersCommand(CLI::App& app);
+CommandEntry AddDumpCommand(CLI::App& app);
 CommandEntry AddTimeCommand(CLI::App& app);
 
 }  // namespace keltemporalxmp::tool

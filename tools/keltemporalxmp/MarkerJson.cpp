@@ -37,8 +37,10 @@ std::string Narrow(const UTF16String& text) {
 // Where in the JSON a marker's problem is, for the message.
 class MarkerReader {
 public:
-    MarkerReader(const JSONValue& marker, std::size_t number, std::optional<FrameRate> rate)
-        : m_marker(marker), m_number(number), m_rate(rate) {}
+    // `textRate` receives the first rate a time text counts in ("90f25").
+    MarkerReader(const JSONValue& marker, std::size_t number, std::optional<FrameRate> rate,
+                 std::optional<FrameRate>& textRate)
+        : m_marker(marker), m_number(number), m_rate(rate), m_textRate(textRate) {}
 
     std::shared_ptr<Marker> Read() const {
         if (!m_marker.is_object()) {
@@ -80,7 +82,11 @@ private:
                 return time.get<std::int64_t>();
             }
             if (time.is_string()) {
-                return ParseUserTime(time.get<std::string>(), m_rate).ticks;
+                const UserTime parsed = ParseUserTime(time.get<std::string>(), m_rate);
+                if (!m_textRate && parsed.rate && IsUsableRate(*parsed.rate)) {
+                    m_textRate = parsed.rate;
+                }
+                return parsed.ticks;
             }
             if (time.is_object() && time.value("unspecified", false)) {
                 return kTimeUnspecified;
@@ -120,6 +126,7 @@ private:
     const JSONValue& m_marker;
     std::size_t m_number;
     std::optional<FrameRate> m_rate;
+    std::optional<FrameRate>& m_textRate;
 };
 
 const JSONValue& MarkerArray(const JSONValue& document) {
@@ -200,8 +207,12 @@ MarkersFromJson ReadMarkersJson(std::string_view text, std::optional<FrameRate> 
     }
     const JSONValue& array = MarkerArray(*document);
     MarkersFromJson result{{}, ShownRate(array)};
+    std::optional<FrameRate> textRate;
     for (std::size_t i = 0; i < array.size(); ++i) {
-        result.markers.push_back(MarkerReader(array[i], i + 1, rate ? rate : result.rate).Read());
+        result.markers.push_back(MarkerReader(array[i], i + 1, rate ? rate : result.rate, textRate).Read());
+    }
+    if (!result.rate) {
+        result.rate = textRate;
     }
     return result;
 }

@@ -16,8 +16,6 @@
 
 namespace keltemporalxmp::tool {
 
-using MarkerList = std::vector<std::shared_ptr<Marker>, kelcore::STLAllocator<std::shared_ptr<Marker>>>;
-
 // Times at `rate` (the rate of the marker's track) when it is known.
 kelcore::JSONValue MarkerJson(const Marker& marker, std::optional<FrameRate> rate);
 
@@ -26,7 +24,9 @@ void AddMarkerRow(Table& table, const Marker& marker, std::optional<FrameRate> r
 
 struct MarkersFromJson {
     MarkerList markers;
-    std::optional<FrameRate> rate;  // the rate the markers were shown at, if they say
+    // The rate the markers were shown at, if they say; else the first rate a
+    // time text counts in.
+    std::optional<FrameRate> rate;
 };
 
 // The markers of a document printed by `markers --json` (of exactly one file),

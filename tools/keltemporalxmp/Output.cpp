@@ -35,6 +35,12 @@ void WriteCsvLine(std::FILE* out, const std::string* file, const std::vector<std
     std::fprintf(out, "%s\r\n", line.c_str());
 }
 
+// Columns line up by characters, not bytes: UTF-8 continuation bytes take no room.
+std::size_t DisplayWidth(const std::string& text) {
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
 }  // namespace
 
 void Table::AddRow(std::vector<std::string> cells) {
@@ -45,17 +51,17 @@ void Table::AddRow(std::vector<std::string> cells) {
 void Table::WriteAligned(std::FILE* out) const {
     std::vector<std::size_t> widths;
     for (const Column& column : m_columns) {
-        widths.push_back(column.heading.size());
+        widths.push_back(DisplayWidth(column.heading));
     }
     for (const auto& row : m_rows) {
         for (std::size_t i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], row[i].size());
+            widths[i] = std::max(widths[i], DisplayWidth(row[i]));
         }
     }
     const auto writeLine = [&](const std::vector<std::string>& cells) {
         std::string line;
         for (std::size_t i = 0; i < cells.size(); ++i) {
-            const std::string padding(widths[i] - cells[i].size(), ' ');
+            const std::string padding(widths[i] - DisplayWidth(cells[i]), ' ');
             line += i > 0 ? kColumnGap : "";
             line += m_columns[i].alignRight ? padding + cells[i] : cells[i] + padding;
         }

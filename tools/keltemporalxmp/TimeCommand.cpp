@@ -50,7 +50,7 @@ std::vector<NamedTime> ReadTimes(const TimeOptions& options, std::string* path) 
 }
 
 std::string XmpCell(const UserTime& time) {
-    return XmpTimeText(time.ticks, time.rate.value_or(FrameRate{kTicksPerSecond, 1}));
+    return XmpTimeText(time.ticks, time.rate.value_or(kTickRate));
 }
 
 int RunTime(const TimeOptions& options) {

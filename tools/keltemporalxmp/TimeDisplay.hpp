@@ -20,6 +20,9 @@ struct FrameRate {
     friend bool operator==(const FrameRate&, const FrameRate&) = default;
 };
 
+// One frame per tick: holds every tick count exactly.
+inline constexpr FrameRate kTickRate{kTicksPerSecond, 1};
+
 // "f25", "25", "f30000s1001" or "30000/1001"; nothing for any other text or a
 // member that is not positive.
 std::optional<FrameRate> ParseFrameRate(std::string_view text);
