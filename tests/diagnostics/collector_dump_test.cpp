@@ -38,6 +38,9 @@ TEST(CollectorDump, EachRecordFollowsItsKey) {
                                              "          [DEBUG keltemporalxmp::XMPTemporalMetadataInfo::debug_Dump()] "
                                              "Entering\n"));
     EXPECT_THAT(from254, testing::EndsWith(std::string("Exiting\n\n") + kExiting));
+    const std::string unbounded = Dump(Collector(Collector::kCollectBaseDocument, meta, unspecified, unspecified));
+    EXPECT_THAT(unbounded, testing::HasSubstr("  MarkerInfo[1] Key='9223372036854775807'='36310201.077313147485256 "
+                                              "secs'='TIME_UNSPECIFIED'\n"));
 }
 
 }  // namespace
