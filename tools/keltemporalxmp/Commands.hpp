@@ -11,5 +11,9 @@ CommandEntry AddSegmentsCommand(CLI::App& app);
 CommandEntry AddWriteMarkersCommand(CLI::App& app);
 CommandEntry AddDumpCommand(CLI::App& app);
 CommandEntry AddTimeCommand(CLI::App& app);
+CommandEntry AddIngredientsCommand(CLI::App& app);
+CommandEntry AddPantryCommand(CLI::App& app);
+CommandEntry AddCollectCommand(CLI::App& app);
+CommandEntry AddAddIngredientCommand(CLI::App& app);
 
 }  // namespace keltemporalxmp::tool

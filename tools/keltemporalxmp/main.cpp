@@ -15,9 +15,11 @@ int main(int argc, char** argv) {
                  "the pantry.",
                  "keltemporalxmp");
     app.require_subcommand(1);
-    const std::vector<CommandEntry> commands = {AddMarkersCommand(app),      AddTracksCommand(app),
-                                                AddSegmentsCommand(app),     AddWriteMarkersCommand(app),
-                                                AddDumpCommand(app),         AddTimeCommand(app)};
+    const std::vector<CommandEntry> commands = {
+        AddMarkersCommand(app),     AddTracksCommand(app),      AddIngredientsCommand(app),
+        AddPantryCommand(app),      AddCollectCommand(app),     AddSegmentsCommand(app),
+        AddWriteMarkersCommand(app), AddAddIngredientCommand(app), AddDumpCommand(app),
+        AddTimeCommand(app)};
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
