@@ -3,6 +3,7 @@
 // one range of its timeline, from its own tracks and from the tracks of its
 // ingredients at any depth, mapped onto the document's timeline.
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <set>
@@ -31,6 +32,10 @@ namespace keltemporalxmp {
 // the top (as a pantry that reaches a document again makes it) raises
 // XMP_Error kXMPErr_BadXMP naming the instance ID where the walk stopped, and
 // the collector is not built. The no-repeat mode does not lift the bound.
+// So is the whole walk: a pantry whose documents each use several others can
+// reach more documents than any real composition holds (2^256 along a chain of
+// two-way uses), so entering more than kMaxDocumentVisits documents raises the
+// same error instead of running without end.
 //
 // One thread at a time.
 class XMPTemporalMetadataCollector {
@@ -57,6 +62,7 @@ public:
     };
 
     static constexpr int kMaxNestingDepth = 256;
+    static constexpr std::size_t kMaxDocumentVisits = 10000;
 
     // Records by clipped start; equal starts keep the order they were found in.
     using Collection = std::multimap<std::int64_t, XMPTemporalMetadataInfo>;
@@ -86,6 +92,7 @@ private:
     void File(XMPTemporalMetadataInfo&& marker, const MarkerPlacement& placement);
 
     Collection m_collection;
+    std::size_t m_documentVisits = 0;
     // Visit keys of the no-repeat mode.
     std::set<std::string> m_visited;
     // Instance ID to the path of the pantry item that holds the document.

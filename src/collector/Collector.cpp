@@ -45,6 +45,12 @@ void XMPTemporalMetadataCollector::Collect(const SXMPMeta& xmp, const Visit& vis
                                     "\" (" + visit.m_pantryPath + ")";
         throw XMP_Error(kXMPErr_BadXMP, message.c_str());
     }
+    if (++m_documentVisits > kMaxDocumentVisits) {
+        const std::string message = "Collecting temporal metadata: more than " +
+                                    std::to_string(kMaxDocumentVisits) + " ingredient documents visited, at instance ID \"" +
+                                    instanceID + "\" (" + visit.m_pantryPath + ")";
+        throw XMP_Error(kXMPErr_BadXMP, message.c_str());
+    }
     if ((visit.m_mask & kNoRepeat) != 0 &&
         !m_visited.insert(visit.m_chain.empty() ? instanceID + "/-noqualifier-" : visit.m_chain).second) {
         return;

@@ -165,4 +165,32 @@ TEST(CollectorDepth, ChainsNestUpTo256Deep) {
     ExpectNestingError(top, C::kCollectComponentMetadata, "xmp.iid:n" + std::to_string(kDocuments));
 }
 
+// n1 uses n2 twice, n2 uses n3 twice, ...: a short pantry that reaches 2^20
+// documents stops at the visit bound instead of running on.
+TEST(CollectorDepth, FanOutStopsAtTheVisitBound) {
+    constexpr int kDocuments = 20;
+    SXMPMeta top;
+    for (int n = 1; n <= kDocuments; ++n) {
+        top.AppendArrayItem(kXMP_NS_XMP_MM, "xmpMM:Pantry", kXMP_PropValueIsArray, "", kXMP_PropValueIsStruct);
+        const std::string item = "xmpMM:Pantry[" + std::to_string(n) + "]";
+        top.SetStructField(kXMP_NS_XMP_MM, item.c_str(), kXMP_NS_XMP_MM, "InstanceID",
+                           ("xmp.iid:n" + std::to_string(n)).c_str());
+        for (const char* toPart : {"time:0d5", "time:5d5"}) {
+            if (n < kDocuments) {
+                AppendUse(top, item + "/xmpMM:Ingredients", ("xmp.iid:n" + std::to_string(n + 1)).c_str(),
+                          "time:0d10", toPart);
+            }
+        }
+    }
+    top.SetProperty(kXMP_NS_XMP_MM, "xmpMM:InstanceID", "xmp.iid:top");
+    AppendUse(top, "xmpMM:Ingredients", "xmp.iid:n1", "time:0d10", "time:0d10");
+    try {
+        Collect(top, 0, kUnspecified, C::kCollectComponentMetadata);
+        FAIL() << "the walk was not bounded";
+    } catch (const XMP_Error& error) {
+        EXPECT_EQ(error.GetID(), kXMPErr_BadXMP);
+        EXPECT_NE(std::string(error.GetErrMsg()).find("documents visited"), std::string::npos) << error.GetErrMsg();
+    }
+}
+
 }  // namespace
