@@ -1,6 +1,7 @@
 // Which documents the collector visits: the mask bits, masked and missing
 // ingredients, malformed items, the no-repeat mode, cycles and the depth bound.
 
+#include <initializer_list>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -143,21 +144,30 @@ TEST(CollectorDepth, CycleThroughThePantryStopsAtTheBound) {
     EXPECT_EQ(Collect(top, 0, 100 * S, C::kCollectDocumentMarkers), Lines{"t 1 1 | 1 1 | top linear"});
 }
 
-// n1 uses n2, ..., n256 uses n257, which holds one marker.
-TEST(CollectorDepth, ChainsNestUpTo256Deep) {
-    constexpr int kDocuments = C::kMaxNestingDepth + 1;
+// A top document whose pantry holds n1 ... nCount, each ni using n(i+1)
+// (from its whole "time:0d10") once for every given to-part.
+SXMPMeta PantryChain(int count, std::initializer_list<const char*> toParts) {
     SXMPMeta top;
-    for (int n = 1; n <= kDocuments; ++n) {
+    for (int n = 1; n <= count; ++n) {
         top.AppendArrayItem(kXMP_NS_XMP_MM, "xmpMM:Pantry", kXMP_PropValueIsArray, "", kXMP_PropValueIsStruct);
         const std::string item = "xmpMM:Pantry[" + std::to_string(n) + "]";
         top.SetStructField(kXMP_NS_XMP_MM, item.c_str(), kXMP_NS_XMP_MM, "InstanceID",
                            ("xmp.iid:n" + std::to_string(n)).c_str());
-        if (n < kDocuments) {
-            AppendUse(top, item + "/xmpMM:Ingredients", ("xmp.iid:n" + std::to_string(n + 1)).c_str(), "time:0d10",
-                      "time:0d10");
+        for (const char* toPart : toParts) {
+            if (n < count) {
+                AppendUse(top, item + "/xmpMM:Ingredients", ("xmp.iid:n" + std::to_string(n + 1)).c_str(),
+                          "time:0d10", toPart);
+            }
         }
     }
     top.SetProperty(kXMP_NS_XMP_MM, "xmpMM:InstanceID", "xmp.iid:top");
+    return top;
+}
+
+// n1 uses n2, ..., n256 uses n257, which holds one marker.
+TEST(CollectorDepth, ChainsNestUpTo256Deep) {
+    constexpr int kDocuments = C::kMaxNestingDepth + 1;
+    SXMPMeta top = PantryChain(kDocuments, {"time:0d10"});
     AppendUse(top, "xmpMM:Ingredients", "xmp.iid:n2", "time:0d10", "time:0d10");
     EXPECT_EQ(Collect(top, 0, kUnspecified, C::kCollectComponentMetadata).size(), size_t{C::kMaxNestingDepth});
 
@@ -168,21 +178,7 @@ TEST(CollectorDepth, ChainsNestUpTo256Deep) {
 // n1 uses n2 twice, n2 uses n3 twice, ...: a short pantry that reaches 2^20
 // documents stops at the visit bound instead of running on.
 TEST(CollectorDepth, FanOutStopsAtTheVisitBound) {
-    constexpr int kDocuments = 20;
-    SXMPMeta top;
-    for (int n = 1; n <= kDocuments; ++n) {
-        top.AppendArrayItem(kXMP_NS_XMP_MM, "xmpMM:Pantry", kXMP_PropValueIsArray, "", kXMP_PropValueIsStruct);
-        const std::string item = "xmpMM:Pantry[" + std::to_string(n) + "]";
-        top.SetStructField(kXMP_NS_XMP_MM, item.c_str(), kXMP_NS_XMP_MM, "InstanceID",
-                           ("xmp.iid:n" + std::to_string(n)).c_str());
-        for (const char* toPart : {"time:0d5", "time:5d5"}) {
-            if (n < kDocuments) {
-                AppendUse(top, item + "/xmpMM:Ingredients", ("xmp.iid:n" + std::to_string(n + 1)).c_str(),
-                          "time:0d10", toPart);
-            }
-        }
-    }
-    top.SetProperty(kXMP_NS_XMP_MM, "xmpMM:InstanceID", "xmp.iid:top");
+    SXMPMeta top = PantryChain(20, {"time:0d5", "time:5d5"});
     AppendUse(top, "xmpMM:Ingredients", "xmp.iid:n1", "time:0d10", "time:0d10");
     try {
         Collect(top, 0, kUnspecified, C::kCollectComponentMetadata);
