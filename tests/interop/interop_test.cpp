@@ -1,10 +1,12 @@
-// Markers against an independent XMP reader and writer (exiftool): what the
-// tool writes, exiftool reads with the same names, times and cue points, and
-// tracks that exiftool writes through its own tag interface the tool reads.
+// Markers and ingredients against an independent XMP reader and writer
+// (exiftool): what the tool writes, exiftool reads with the same names, times
+// and cue points, and what exiftool writes through its own tag interface the
+// tool reads.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -16,6 +18,8 @@ namespace tooltest {
 namespace {
 
 using kelcore::JSONValue;
+
+constexpr std::int64_t kTicksPerFrameAt25 = 254016000000 / 25;
 
 JSONValue ParsedOutput(const ToolResult& result) {
     EXPECT_EQ(result.status, 0) << result.err;
@@ -33,7 +37,7 @@ std::string Text(const JSONValue& value) {
     return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
-class MarkersInterop : public testing::Test {
+class ExiftoolInterop : public testing::Test {
 protected:
     void SetUp() override {
         const ToolResult version = RunProgram("exiftool", {"-ver"});
@@ -45,7 +49,7 @@ protected:
     ScratchDirectory m_dir;
 };
 
-TEST_F(MarkersInterop, ExiftoolReadsWhatTheToolWrites) {
+TEST_F(ExiftoolInterop, ExiftoolReadsWhatTheToolWrites) {
     WriteFile(m_dir / "clip.xmp", R"(<x:xmpmeta xmlns:x="adobe:ns:meta/"/>)");
     WriteFile(m_dir / "markers.json", R"([
       {"type": "Chapter", "name": "Intro", "start": "0f25", "duration": "50f25", "comment": "Hello"},
@@ -78,7 +82,7 @@ TEST_F(MarkersInterop, ExiftoolReadsWhatTheToolWrites) {
     EXPECT_EQ(speech["CuePointParams"][0]["Value"], "interop-1");
 }
 
-TEST_F(MarkersInterop, TheToolReadsTracksThatExiftoolWrites) {
+TEST_F(ExiftoolInterop, TheToolReadsTracksThatExiftoolWrites) {
     const ToolResult written = RunProgram(
         "exiftool",
         {"-q", "-o", Path("written.xmp"),
@@ -103,6 +107,47 @@ TEST_F(MarkersInterop, TheToolReadsTracksThatExiftoolWrites) {
     const JSONValue tracks = ParsedOutput(RunTool({"tracks", Path("written.xmp"), "--json"}))["files"][0]["tracks"];
     EXPECT_EQ(tracks[0]["name"], "Chapters");
     EXPECT_EQ(tracks[0]["rate"], JSONValue::parse(R"({"numerator": 30000, "denominator": 1001})"));
+}
+
+TEST_F(ExiftoolInterop, TheToolReadsIngredientsAndPantryThatExiftoolWrites) {
+    const ToolResult written = RunProgram(
+        "exiftool",
+        {"-q", "-o", Path("composition.xmp"), "-XMP-xmpMM:InstanceID=xmp.iid:doc",
+         "-XMP-xmpMM:Ingredients=["
+         "{InstanceID=xmp.iid:reversed,FilePath=a.mov,FromPart=time:0d100f25,ToPart=time:50f25d100f25,"
+         "PartMapping=linear-reversed,MaskMarkers=None},"
+         "{InstanceID=xmp.iid:masked,FilePath=b.mov,FromPart=time:10f25d20f25,ToPart=time:0d20f25,MaskMarkers=All}]",
+         "-XMP-xmpMM:Pantry=[{InstanceID=xmp.iid:reversed,"
+         "Tracks=[{TrackName=Cues,FrameRate=f25,Markers=[{StartTime=10,Duration=5,Name=Clap}]}]}]"});
+    ASSERT_EQ(written.status, 0) << written.err;
+
+    const JSONValue ingredients =
+        ParsedOutput(RunTool({"ingredients", Path("composition.xmp"), "--json"}))["files"][0]["ingredients"];
+    ASSERT_EQ(ingredients.size(), 2u) << ingredients.dump();
+    // Listed in instance-ID order, not in the order exiftool wrote them.
+    EXPECT_EQ(ingredients[0]["instanceID"], "xmp.iid:masked");
+    EXPECT_EQ(ingredients[0]["fromPart"], "time:10f25d20f25");
+    EXPECT_EQ(ingredients[0]["maskMarkers"], "All");
+    EXPECT_EQ(ingredients[1], JSONValue::parse(R"({"instanceID": "xmp.iid:reversed", "fromPart": "time:0d100f25",
+        "toPart": "time:50f25d100f25", "partMapping": "linear-reversed", "maskMarkers": "None",
+        "filePath": "a.mov"})"));
+
+    const JSONValue pantry = ParsedOutput(RunTool({"pantry", Path("composition.xmp"), "--json"}))["files"][0]["pantry"];
+    ASSERT_EQ(pantry.size(), 1u) << pantry.dump();
+    EXPECT_EQ(pantry[0]["instanceID"], "xmp.iid:reversed");
+    EXPECT_EQ(pantry[0]["markers"], 1);
+
+    // The reversed source's marker at 10f..15f lands at 140f on the composition's
+    // timeline (50 + 100 - 10), running backwards for 5 frames.
+    const JSONValue collected =
+        ParsedOutput(RunTool({"collect", Path("composition.xmp"), "--json"}))["files"][0]["collected"];
+    ASSERT_EQ(collected.size(), 3u) << collected.dump();
+    const JSONValue& clap = collected[2];
+    EXPECT_EQ(clap["form"], "report-back");
+    EXPECT_EQ(clap["name"], "Clap");
+    EXPECT_EQ(clap["containingInstanceID"], "xmp.iid:reversed");
+    EXPECT_EQ(clap["start"]["ticks"], 140 * kTicksPerFrameAt25);
+    EXPECT_EQ(clap["duration"]["ticks"], -5 * kTicksPerFrameAt25);
 }
 
 }  // namespace
