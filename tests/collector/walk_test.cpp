@@ -120,14 +120,14 @@ TEST(CollectorNoRepeat, SkipsOnlyTheSameDocumentAlongTheSameMappings) {
               (Lines{"a 2 1 | 2 1 | leaf linear", "a 2 1 | 2 1 | twin linear"}));
 }
 
-void ExpectNestingError(const SXMPMeta& meta, unsigned char mask, const std::string& stoppedAt) {
+// The walk ends with a bad-XMP error whose message holds `message`.
+void ExpectWalkError(const SXMPMeta& meta, unsigned char mask, const std::string& message) {
     try {
         XMPTemporalMetadataCollector collector(mask, meta, 0, kUnspecified);
         ADD_FAILURE() << "no error, " << collector.GetXMPTemporalMetadataInfoCollection().size() << " records";
     } catch (const XMP_Error& error) {
         EXPECT_EQ(error.GetID(), kXMPErr_BadXMP);
-        EXPECT_NE(std::string(error.GetErrMsg()).find("\"" + stoppedAt + "\""), std::string::npos)
-            << error.GetErrMsg();
+        EXPECT_NE(std::string(error.GetErrMsg()).find(message), std::string::npos) << error.GetErrMsg();
     }
 }
 
@@ -138,7 +138,7 @@ TEST(CollectorDepth, CycleThroughThePantryStopsAtTheBound) {
     AppendUse(top, PantryPath(top, "xmp.iid:leaf") + "/xmpMM:Ingredients", "xmp.iid:leaf", "time:0d10",
               "time:0d10");
     for (const int mask : {0x0F, 0x7F}) {
-        ExpectNestingError(top, static_cast<unsigned char>(mask), "xmp.iid:leaf");
+        ExpectWalkError(top, static_cast<unsigned char>(mask), "\"xmp.iid:leaf\"");
     }
     // Nothing to collect below the top: the walk does not go there.
     EXPECT_EQ(Collect(top, 0, 100 * S, C::kCollectDocumentMarkers), Lines{"t 1 1 | 1 1 | top linear"});
@@ -172,7 +172,7 @@ TEST(CollectorDepth, ChainsNestUpTo256Deep) {
     EXPECT_EQ(Collect(top, 0, kUnspecified, C::kCollectComponentMetadata).size(), size_t{C::kMaxNestingDepth});
 
     top.SetStructField(kXMP_NS_XMP_MM, "xmpMM:Ingredients[1]", kXMP_NS_XMP_ResourceRef, "instanceID", "xmp.iid:n1");
-    ExpectNestingError(top, C::kCollectComponentMetadata, "xmp.iid:n" + std::to_string(kDocuments));
+    ExpectWalkError(top, C::kCollectComponentMetadata, "\"xmp.iid:n" + std::to_string(kDocuments) + "\"");
 }
 
 // n1 uses n2 twice, n2 uses n3 twice, ...: a short pantry that reaches 2^20
@@ -180,13 +180,7 @@ TEST(CollectorDepth, ChainsNestUpTo256Deep) {
 TEST(CollectorDepth, FanOutStopsAtTheVisitBound) {
     SXMPMeta top = PantryChain(20, {"time:0d5", "time:5d5"});
     AppendUse(top, "xmpMM:Ingredients", "xmp.iid:n1", "time:0d10", "time:0d10");
-    try {
-        Collect(top, 0, kUnspecified, C::kCollectComponentMetadata);
-        FAIL() << "the walk was not bounded";
-    } catch (const XMP_Error& error) {
-        EXPECT_EQ(error.GetID(), kXMPErr_BadXMP);
-        EXPECT_NE(std::string(error.GetErrMsg()).find("documents visited"), std::string::npos) << error.GetErrMsg();
-    }
+    ExpectWalkError(top, C::kCollectComponentMetadata, "documents visited");
 }
 
 }  // namespace

@@ -24,13 +24,9 @@ std::string Dump(const Collector& collector) {
 const char* const kEntering = "[DEBUG keltemporalxmp::XMPTemporalMetadataCollector::debug_Dump()] Entering\n";
 const char* const kExiting = "[DEBUG keltemporalxmp::XMPTemporalMetadataCollector::debug_Dump()] Exiting\n\n";
 
-TEST(CollectorDump, EmptyCollectionPrintsOnlyItsFrame) {
-    const SXMPMeta meta;
-    EXPECT_EQ(Dump(Collector(0, meta, 0, 100)), std::string(kEntering) + kExiting);
-}
-
 TEST(CollectorDump, EachRecordFollowsItsKey) {
     const SXMPMeta meta;
+    EXPECT_EQ(Dump(Collector(0, meta, 0, 100)), std::string(kEntering) + kExiting);
     const std::int64_t unspecified = std::numeric_limits<std::int64_t>::max();
     const std::string from254 = Dump(Collector(Collector::kCollectBaseDocument, meta, 254016000000, unspecified));
     EXPECT_THAT(from254, testing::StartsWith(std::string(kEntering) +

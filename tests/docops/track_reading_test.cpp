@@ -40,7 +40,7 @@ std::vector<std::string> CuePoints(const Info& marker) {
     return pairs;
 }
 
-TEST(TrackRoundTrip, EveryFieldKeywordsAndIdsComeBack) {
+TEST(TrackRoundTrip, EveryFieldKeywordsIdsAndOwnRatesComeBack) {
     XMPTrack chapters("Chapters", "Chapter", 30000, 1001);
     Info full("Intro", "first words", 2 * kSecond, kSecond, "Scene", "here", "there", "Event",
               {XMPCuePointParam("a", "1"), XMPCuePointParam("b", "")}, "Ann", "0.5", "id-1", nullptr);
@@ -49,73 +49,46 @@ TEST(TrackRoundTrip, EveryFieldKeywordsAndIdsComeBack) {
     full.AddKeyword(keltemporalxmp::XMPKeywordData("Tag", extension));
     chapters.AddMarker(full);
     chapters.AddMarker(Marker("same type", 5 * kSecond, 0, {}, nullptr, "Chapter"));
+    chapters.AddMarker(Info("own rate", "", 6 * kSecond, 50, 1, 3 * kSecond, 30000, 1001, "", "", "", "", {}, "", "",
+                            nullptr, nullptr));
     chapters.AddMarker(Marker("unbounded", std::numeric_limits<std::int64_t>::max()));
-    XMPTrack other("Other", 25, 1);
 
     SXMPMeta meta;
-    WriteTracks(meta, {chapters, other});
+    WriteTracks(meta, {chapters, XMPTrack("Other", 25, 1)});
     const std::vector<XMPTrack> tracks = ReadTracks(meta);
-
     ASSERT_EQ(tracks.size(), 2u);
     EXPECT_EQ(Name(tracks[0]), "Chapters");
     EXPECT_EQ(Type(tracks[0]), "Chapter");
-    EXPECT_EQ(tracks[0].GetFrameRateNumerator(), 30000);
     EXPECT_EQ(tracks[0].GetFrameRateDenominator(), 1001);
     EXPECT_EQ(Name(tracks[1]), "Other");
     EXPECT_TRUE(tracks[1].GetMarkers().empty());
 
-    ASSERT_EQ(tracks[0].GetMarkers().size(), 3u);
+    ASSERT_EQ(tracks[0].GetMarkers().size(), 4u);
     auto entry = tracks[0].GetMarkers().begin();
     const Info& intro = entry->second;
     // 2 s and 1 s are whole frames at 29.97 only after rounding.
     EXPECT_EQ(intro.GetStartTime(), 2002 * kSecond / 1000);
     EXPECT_EQ(intro.GetDuration(), 1001 * kSecond / 1000);
     EXPECT_EQ(intro.GetStartTimeFrameRateNumerator(), 30000);
-    EXPECT_EQ(intro.GetDurationFrameRateDenominator(), 1001);
-    for (const auto& [field, text] : std::vector<std::pair<Info::_infoFieldEnum, std::string>>{
-             {Info::kInfoField_Name, "Intro"},
-             {Info::kInfoField_Comment, "first words"},
-             {Info::kInfoField_MarkerType, "Scene"},
-             {Info::kInfoField_Location, "here"},
-             {Info::kInfoField_Target, "there"},
-             {Info::kInfoField_CuePointType, "Event"},
-             {Info::kInfoField_Speaker, "Ann"},
-             {Info::kInfoField_Probability, "0.5"},
-             {Info::kInfoField_MarkerID, "id-1"},
-         }) {
-        EXPECT_EQ(Text(intro, field), text) << field;
+    for (const int field : {1, 2, 7, 8, 9, 10, 11, 12, 14}) {  // the written texts, not the reported ones
+        const auto f = static_cast<Info::_infoFieldEnum>(field);
+        EXPECT_EQ(Text(intro, f), Text(full, f)) << field;
     }
     EXPECT_EQ(CuePoints(intro), (std::vector<std::string>{"a=1", "b="}));
     ASSERT_EQ(intro.GetKeywords().size(), 1u);
     const keltemporalxmp::XMPKeywordData& keyword = intro.GetKeywords().front();
-    EXPECT_EQ(keyword.m_Name, "Tag");
     EXPECT_EQ(keyword.id, full.GetKeywords().front().id);
     EXPECT_EQ(keyword.m_Extension.m_TagDescription.m_Payload, "payload");
-    EXPECT_EQ(keyword.m_Extension.m_TagDescription.m_ARGBColor, 255);
     EXPECT_EQ(keyword.m_Extension.m_TagDescription.m_Index, 3);
 
     const Info& sameType = (++entry)->second;
     EXPECT_EQ(Text(sameType, Info::kInfoField_MarkerType), "");  // it lives on the track
-    EXPECT_EQ(sameType.GetDuration(), 0);
     EXPECT_EQ(Text(sameType, Info::kInfoField_MarkerID), "");
-    EXPECT_TRUE(sameType.GetCuePointParamList().empty());
+    const Info& ownRate = (++entry)->second;
+    EXPECT_EQ(ownRate.GetStartTimeFrameRateNumerator(), 50);
+    EXPECT_EQ(ownRate.GetDuration(), 3003 * kSecond / 1000);  // 90 frames at 29.97
+    EXPECT_EQ(ownRate.GetDurationFrameRateDenominator(), 1001);
     EXPECT_EQ((++entry)->second.GetStartTime(), std::numeric_limits<std::int64_t>::max());
-}
-
-TEST(TrackRoundTrip, OwnRateMarkersKeepTheirRate) {
-    XMPTrack track("T", 25, 1);
-    track.AddMarker(Info("own", "", kSecond, 50, 1, 3 * kSecond, 30000, 1001, "", "", "", "", {}, "", "", nullptr,
-                         nullptr));
-    SXMPMeta meta;
-    WriteTracks(meta, {track});
-    const std::vector<XMPTrack> tracks = ReadTracks(meta);
-    const Info& marker = tracks.at(0).GetMarkers().begin()->second;
-    EXPECT_EQ(marker.GetStartTime(), kSecond);
-    EXPECT_EQ(marker.GetStartTimeFrameRateNumerator(), 50);
-    EXPECT_EQ(marker.GetStartTimeFrameRateDenominator(), 1);
-    EXPECT_EQ(marker.GetDuration(), 3003 * kSecond / 1000);  // 90 frames at 29.97
-    EXPECT_EQ(marker.GetDurationFrameRateNumerator(), 30000);
-    EXPECT_EQ(marker.GetDurationFrameRateDenominator(), 1001);
 }
 
 // Hand-built the way other writers do it: Seq of tracks, fields in another
@@ -185,6 +158,9 @@ TEST(TrackReading, StructurallyBrokenPiecesAreSkipped) {
 
     const std::vector<XMPTrack> tracks = ReadTracks(meta);
     ASSERT_EQ(tracks.size(), 2u);
+    SXMPMeta simple;  // a track list that is no array reads as none
+    simple.SetProperty(kXMP_NS_DM, "xmpDM:Tracks", "text");
+    EXPECT_TRUE(ReadTracks(simple).empty());
     EXPECT_EQ(Name(tracks[0]), "markers not an array");
     EXPECT_TRUE(tracks[0].GetMarkers().empty());
     ASSERT_EQ(tracks[1].GetMarkers().size(), 2u);
@@ -195,14 +171,6 @@ TEST(TrackReading, StructurallyBrokenPiecesAreSkipped) {
     EXPECT_TRUE(entry->second.GetCuePointParamList().empty());
     EXPECT_EQ((++entry)->second.GetStartTime(), kSecond);
     EXPECT_EQ(CuePoints(entry->second), (std::vector<std::string>{"only a key="}));
-}
-
-TEST(TrackReading, NoTracksOrTracksNotAnArrayReadAsNone) {
-    SXMPMeta none;
-    EXPECT_TRUE(ReadTracks(none).empty());
-    SXMPMeta simple;
-    simple.SetProperty(kXMP_NS_DM, "xmpDM:Tracks", "text");
-    EXPECT_TRUE(ReadTracks(simple).empty());
 }
 
 TEST(TrackReading, FirstMarkerGuidWinsAndIsNotACuePoint) {

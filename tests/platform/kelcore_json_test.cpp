@@ -35,9 +35,7 @@ TEST(KelcoreJSON, WritesMembersInTheOrderTheyWereAdded) {
 TEST(KelcoreJSON, ReadsMembersAndReportsMissingOrMistypedOnes) {
     const kelcore::JSONValuePtr object =
         kelcore::JSONParse(R"({"name":"Tag","color":4294967295,"index":-2147483648,"big":2147483648,"real":1.0})");
-    EXPECT_TRUE(kelcore::ObjectHasProperty(*object, "name"));
     EXPECT_FALSE(kelcore::ObjectHasProperty(*object, "Name"));
-    EXPECT_EQ(*kelcore::GetVariantInObject(*object, "name"), "Tag");
     EXPECT_EQ(kelcore::GetStringInObject(*object, "name"), "Tag");
     EXPECT_EQ(kelcore::GetInt32InObject(*object, "index"), INT32_MIN);
     for (const char* name : {"absent", "color", "big", "real", "name"}) {
@@ -50,7 +48,6 @@ TEST(KelcoreJSON, ReadsMembersAndReportsMissingOrMistypedOnes) {
         }
     }
     EXPECT_THROW(kelcore::GetStringInObject(*object, "color"), kelcore::missing_key_exception);
-    EXPECT_THROW(kelcore::GetVariantInObject(*object, "absent"), kelcore::missing_key_exception);
 
     for (const char* text : {"[\"name\"]", "\"name\"", "null"}) {  // non-objects have no members
         EXPECT_FALSE(kelcore::ObjectHasProperty(*kelcore::JSONParse(text), "name"));

@@ -45,31 +45,32 @@ TEST(KelcoreUTF, ValidTextRoundTrips) {
     }
 }
 
-TEST(KelcoreUTF, InvalidUTF8IsReplacedOrReported) {
+// Lenient, invalid input is replaced; strict, the conversion stops at the first bad unit.
+template <class Input, class Output>
+void ExpectReplacedOrReported(Output (*convert)(Input, int*, std::size_t*), Input input, const Output& replaced,
+                              std::size_t badOffset, int expectedCode) {
+    EXPECT_EQ(convert(input, nullptr, nullptr), replaced);
+    int code = kelcore::kUTFError_None;
+    std::size_t offset = 0;
+    const Output strict = convert(input, &code, &offset);
+    EXPECT_EQ(code, expectedCode);
+    EXPECT_EQ(offset, badOffset);
+    EXPECT_EQ(strict, convert(input.substr(0, badOffset), nullptr, nullptr));
+}
+
+TEST(KelcoreUTF, InvalidTextIsReplacedOrReported) {
     for (const auto& [input, replaced, badOffset] : kInvalidUTF8) {
         SCOPED_TRACE(testing::PrintToString(input));
-        EXPECT_EQ(Plain(kelcore::UTF8to16(input)), replaced);
-        int code = kelcore::kUTFError_None;
-        std::size_t offset = 0;
-        const kelcore::UTF16String strict = kelcore::UTF8to16(input, &code, &offset);
-        EXPECT_EQ(code, kelcore::kUTFError_InvalidUTF8);
-        EXPECT_EQ(offset, badOffset);
-        EXPECT_EQ(strict, kelcore::UTF8to16(input.substr(0, badOffset)));
+        ExpectReplacedOrReported(&kelcore::UTF8to16, std::string_view(input),
+                                 kelcore::UTF16String(replaced.begin(), replaced.end()), badOffset,
+                                 kelcore::kUTFError_InvalidUTF8);
+    }
+    for (const auto& [input, replaced, badOffset] : kInvalidUTF16) {
+        SCOPED_TRACE(replaced);
+        ExpectReplacedOrReported(&kelcore::UTF16to8, std::u16string_view(input), replaced, badOffset,
+                                 kelcore::kUTFError_InvalidUTF16);
     }
     std::size_t offset = 0;  // an offset alone does not make the conversion strict
     EXPECT_EQ(Plain(kelcore::UTF8to16("a\xFF" "b", nullptr, &offset)), u"a\uFFFDb");
     EXPECT_EQ(offset, 1u);
-}
-
-TEST(KelcoreUTF, InvalidUTF16IsReplacedOrReported) {
-    for (const auto& [input, replaced, badOffset] : kInvalidUTF16) {
-        SCOPED_TRACE(replaced);
-        EXPECT_EQ(kelcore::UTF16to8(input), replaced);
-        int code = kelcore::kUTFError_None;
-        std::size_t offset = 0;
-        const std::string strict = kelcore::UTF16to8(input, &code, &offset);
-        EXPECT_EQ(code, kelcore::kUTFError_InvalidUTF16);
-        EXPECT_EQ(offset, badOffset);
-        EXPECT_EQ(strict, kelcore::UTF16to8(input.substr(0, badOffset)));
-    }
 }

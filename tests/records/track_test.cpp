@@ -24,32 +24,6 @@ std::vector<std::string> NamesInOrder(const XMPTrack& track) {
     return names;
 }
 
-TEST(Track, ConstructorDefaults) {
-    const struct {
-        XMPTrack track;
-        const char* name;
-        const char* type;
-        std::int64_t numerator, denominator;
-    } cases[] = {
-        {XMPTrack(), "", "", 1, 1},
-        {XMPTrack(25), "", "", 25, 1},
-        {XMPTrack(30000, 1001), "", "", 30000, 1001},
-        {XMPTrack("Chapters", 24, 1), "Chapters", "", 24, 1},
-        {XMPTrack("Chapters", "Chapter", 50, 2), "Chapters", "Chapter", 50, 2},
-    };
-    for (const auto& c : cases) {
-        std::string name = "previous";
-        std::string type = "previous";
-        c.track.GetTrackName(&name);
-        c.track.GetTrackType(&type);
-        EXPECT_EQ(name, c.name);
-        EXPECT_EQ(type, c.type);
-        EXPECT_EQ(c.track.GetFrameRateNumerator(), c.numerator);
-        EXPECT_EQ(c.track.GetFrameRateDenominator(), c.denominator);
-        EXPECT_TRUE(c.track.GetMarkers().empty());
-    }
-}
-
 TEST(Track, MarkersSortByStartAndKeepTheirAddingOrderOnTies) {
     XMPTrack track;
     track.AddMarker(Marker("unspecified", std::numeric_limits<std::int64_t>::max()));
@@ -62,13 +36,8 @@ TEST(Track, MarkersSortByStartAndKeepTheirAddingOrderOnTies) {
     track.AddMarker(track.GetMarkers().find(50), Marker("hinted 50", 50));
     EXPECT_EQ(NamesInOrder(track),
               (std::vector<std::string>{"10", "hinted 50", "first 50", "second 50", "unspecified"}));
-
     track.RemoveMarker(track.MarkerListIteratorBegin());
     EXPECT_EQ(NamesInOrder(track).front(), "hinted 50");
-    track.ClearMarkers();
-    EXPECT_TRUE(track.GetMarkers().empty());
-    track.ClearMarkers();
-    EXPECT_TRUE(track.GetMarkers().empty());
 }
 
 }  // namespace

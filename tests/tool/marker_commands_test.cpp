@@ -263,10 +263,11 @@ TEST_F(MarkerCommands, EachGoodFileIsReportedWhenAnotherFails) {
 }
 
 TEST(ToolHelp, EveryCommandHasHelp) {
-    for (const char* command : {"markers", "tracks", "ingredients", "pantry", "collect", "segments", "write-markers",
-                                "add-ingredient", "dump", "time"}) {
+    for (const char* command : {"--help", "markers", "tracks", "ingredients", "pantry", "collect", "segments",
+                                "write-markers", "add-ingredient", "dump", "time"}) {
         const ToolResult result = RunTool({command, "--help"});
         EXPECT_EQ(result.status, 0) << command;
+        EXPECT_THAT(result.out, HasSubstr("Usage: keltemporalxmp")) << command;
         EXPECT_THAT(result.out, HasSubstr(command)) << command;
     }
 }

@@ -44,18 +44,15 @@ TEST(TimeCommand, ShowsTicksTimecodeAndXmpNotation) {
         ASSERT_EQ(result.status, 0) << c.arguments[1] << ": " << result.err;
         const std::vector<std::string> lines = Lines(result.out);
         ASSERT_EQ(lines.size(), 2u) << result.out;
-        EXPECT_THAT(lines[1], HasSubstr(" " + c.ticks + " ")) << c.arguments[1];
-        EXPECT_THAT(lines[1], HasSubstr(" " + c.timecode + " ")) << c.arguments[1];
         EXPECT_THAT(lines[1], HasSubstr(" " + c.xmp)) << c.arguments[1];
+        // Numbers end under the end of their heading; text starts under its start.
+        const std::size_t ticks = lines[1].find(" " + c.ticks + " ");
+        const std::size_t timecode = lines[1].rfind(" " + c.timecode + " ");
+        ASSERT_NE(ticks, std::string::npos) << result.out;
+        ASSERT_NE(timecode, std::string::npos) << result.out;
+        EXPECT_EQ(lines[0].find("ticks") + 5, ticks + 1 + c.ticks.size()) << result.out;
+        EXPECT_EQ(lines[0].find("timecode"), timecode + 1) << result.out;
     }
-}
-
-TEST(TimeCommand, TableColumnsLineUpUnderTheirHeadings) {
-    const std::vector<std::string> lines = Lines(RunTool({"time", "90f25"}).out);
-    ASSERT_EQ(lines.size(), 2u);
-    // Numbers end under the end of their heading; text starts under its start.
-    EXPECT_EQ(lines[0].find("ticks") + 5, lines[1].find("914457600000") + 12);
-    EXPECT_EQ(lines[0].find("timecode"), lines[1].find("00:00:03:15"));
 }
 
 TEST(TimeCommand, JsonCarriesExactTicksRateAndPartPath) {
@@ -115,14 +112,6 @@ TEST(TimeCommand, BadInputAndBadUsageExitWithOneLineSayingWhy) {
         if (c.status == 1) {
             EXPECT_EQ(Lines(result.err).size(), 1u) << result.err;
         }
-    }
-}
-
-TEST(TimeCommand, HelpExitsWithSuccess) {
-    for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{{"--help"}, {"time", "--help"}}) {
-        const ToolResult result = RunTool(arguments);
-        EXPECT_EQ(result.status, 0);
-        EXPECT_THAT(result.out, HasSubstr("Usage: keltemporalxmp"));
     }
 }
 
