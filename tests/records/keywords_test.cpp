@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -31,6 +32,9 @@ TEST(Keyword, CuePointRoundTripKeepsEverySetFieldAndLeavesUnsetOnesOut) {
     }
     EXPECT_EQ(*KeywordToCuePoint(Keyword("Tag", "", 0, 0)).GetValuePtr(), R"({"name":"Tag"})");
     EXPECT_EQ(*KeywordToCuePoint(Keyword("", "", 0, 0)).GetValuePtr(), "{}");
+    // Members in a fixed order; a name that is not UTF-8 is written with a replacement character.
+    EXPECT_EQ(*KeywordToCuePoint(Keyword("bad \xFF", "p", -1, 2)).GetValuePtr(),
+              "{\"name\":\"bad \xEF\xBF\xBD\",\"payload\":\"p\",\"color\":-1,\"index\":2}");
 }
 
 TEST(Keyword, IdentityIsFreshUnlessKept) {
@@ -42,12 +46,18 @@ TEST(Keyword, IdentityIsFreshUnlessKept) {
     EXPECT_EQ(XMPKeywordData(original, false).id, original.id);
 }
 
+// Values another writer may have stored: each is either JSON that reads or one of the two errors.
 TEST(Keyword, MalformedCuePoints) {
     const std::string key = kKeywordExtKELPrefixV1 + "id";
-    EXPECT_THROW(CuePointToKeyword(XMPCuePointParam(key.c_str(), "not json")), kelcore::parse_exception);
-    EXPECT_THROW(CuePointToKeyword(XMPCuePointParam(key.c_str(), R"({"color":"red"})")),
-                 kelcore::missing_key_exception);
-    EXPECT_THROW(CuePointToKeyword(XMPCuePointParam(key.c_str(), R"({"name":5})")), kelcore::missing_key_exception);
+    for (const char* value : {"not json", "", R"({"name":"a"} trailing)", "\"\xFF\""}) {
+        EXPECT_THROW(CuePointToKeyword(XMPCuePointParam(key.c_str(), value)), kelcore::parse_exception) << value;
+    }
+    for (const char* value : {R"({"color":"red"})", R"({"name":5})", R"({"color":4294967295})",
+                              R"({"index":2147483648})", R"({"index":1.0})"}) {
+        EXPECT_THROW(CuePointToKeyword(XMPCuePointParam(key.c_str(), value)), kelcore::missing_key_exception) << value;
+    }
+    const XMPKeywordData lowest = CuePointToKeyword(XMPCuePointParam(key.c_str(), R"({"index":-2147483648})"));
+    EXPECT_EQ(lowest.m_Extension.m_TagDescription.m_Index, INT32_MIN);
     EXPECT_THROW(CuePointToKeyword(XMPCuePointParam("short", "{}")), std::out_of_range);
 
     // JSON that is not an object: an empty keyword with the id from the key.
