@@ -29,7 +29,7 @@ const char* const kEmptyPacket =
     R"(<rdf:Description rdf:about="" xmlns:dc="http://purl.org/dc/elements/1.1/"><dc:format>video/mp4</dc:format>)"
     R"(</rdf:Description></rdf:RDF></x:xmpmeta>)";
 
-// One "Markers" track at `rate`: two segments (given out of order) and a chapter.
+// One "Markers" track at `rate`: two segments and a chapter (the library tests pin their order).
 std::string SegmentationPacket(const std::string& rate) {
     const auto marker = [](const char* start, const char* duration, const char* type) {
         return std::string(R"(<rdf:li rdf:parseType="Resource"><xmpDM:startTime>)") + start +
@@ -40,17 +40,19 @@ std::string SegmentationPacket(const std::string& rate) {
            R"(<rdf:Description rdf:about="" xmlns:xmpDM="http://ns.adobe.com/xmp/1.0/DynamicMedia/">)"
            R"(<xmpDM:Tracks><rdf:Bag><rdf:li rdf:parseType="Resource"><xmpDM:trackName>Markers</xmpDM:trackName>)"
            "<xmpDM:frameRate>" +
-           rate + "</xmpDM:frameRate><xmpDM:markers><rdf:Seq>" + marker("50", "25", "Segmentation") +
-           marker("0", "50", "Segmentation") + marker("10", "5", "Chapter") +
+           rate + "</xmpDM:frameRate><xmpDM:markers><rdf:Seq>" + marker("0", "50", "Segmentation") +
+           marker("50", "25", "Segmentation") + marker("10", "5", "Chapter") +
            "</rdf:Seq></xmpDM:markers></rdf:li></rdf:Bag></xmpDM:Tracks></rdf:Description></rdf:RDF></x:xmpmeta>";
 }
 
-// A 1x1 grey PNG: a media file whose XMP goes through a file handler.
+// A 1x1 grey PNG and a JFIF header with nothing after it: media files whose
+// XMP goes through a file handler.
 const std::string kPng(
     "\x89\x50\x4e\x47\x0d\x0a\x1a\x0a\x00\x00\x00\x0d\x49\x48\x44\x52\x00\x00\x00\x01\x00\x00\x00\x01\x08\x00\x00"
     "\x00\x00\x3a\x7e\x9b\x55\x00\x00\x00\x0a\x49\x44\x41\x54\x78\x9c\x63\x60\x00\x00\x00\x02\x00\x01\x48\xaf\xa4"
     "\x71\x00\x00\x00\x00\x49\x45\x4e\x44\xae\x42\x60\x82",
     67);
+const std::string kJpeg("\xff\xd8\xff\xe0\x00\x10JFIF\x00\x01\x01\x00\x00\x01\x00\x01\x00\x00\xff\xd9", 22);
 
 kelcore::JSONValue Json(const ToolResult& result) {
     const kelcore::JSONValuePtr document = kelcore::JSONParse(result.out);
@@ -146,7 +148,7 @@ TEST_F(MarkerCommands, TracksListsOneTrackPerMarkerType) {
     EXPECT_EQ(tracks[1]["markers"], 1);
 }
 
-TEST_F(MarkerCommands, SegmentsComeInStartOrderWithTheFrameDuration) {
+TEST_F(MarkerCommands, SegmentsShowTimesFramesAndTheFrameDuration) {
     WriteFile(m_dir / "segments.xmp", SegmentationPacket("f25"));
     const ToolResult table = RunTool({"segments", Path("segments.xmp"), Path("clip.xmp")});
     ASSERT_EQ(table.status, 0) << table.err;
@@ -177,16 +179,19 @@ TEST_F(MarkerCommands, DumpShowsTheDocumentWithItsTracksRead) {
 }
 
 TEST_F(MarkerCommands, MediaFileIsUpdatedThroughItsHandlerOrCopied) {
-    WriteFile(m_dir / "still.png", kPng);
-    const ToolResult copied =
-        RunTool({"write-markers", Path("still.png"), "--from", Path("markers.json"), "--output", Path("marked.png")});
-    ASSERT_EQ(copied.status, 0) << copied.err;
-    EXPECT_EQ(ReadFile(m_dir / "still.png"), kPng);
-    ASSERT_EQ(RunTool({"write-markers", Path("still.png"), "--from", Path("markers.json")}).status, 0);
-    for (const char* file : {"still.png", "marked.png"}) {
-        const ToolResult result = RunTool({"markers", Path(file), "--csv"});
-        EXPECT_EQ(result.status, 0) << result.err;
-        EXPECT_EQ(Lines(result.out).size(), 4u) << file << ": " << result.out;
+    for (const auto& [name, bytes] : {std::pair{"still.png", kPng}, std::pair{"still.jpg", kJpeg}}) {
+        const std::string copy = "marked-" + std::string(name);
+        WriteFile(m_dir / name, bytes);
+        const ToolResult copied =
+            RunTool({"write-markers", Path(name), "--from", Path("markers.json"), "--output", Path(copy)});
+        ASSERT_EQ(copied.status, 0) << copied.err;
+        EXPECT_EQ(ReadFile(m_dir / name), bytes);
+        ASSERT_EQ(RunTool({"write-markers", Path(name), "--from", Path("markers.json")}).status, 0);
+        for (const std::string& file : {std::string(name), copy}) {
+            const ToolResult result = RunTool({"markers", Path(file), "--csv"});
+            EXPECT_EQ(result.status, 0) << result.err;
+            EXPECT_EQ(Lines(result.out).size(), 4u) << file << ": " << result.out;
+        }
     }
 }
 
@@ -201,6 +206,7 @@ TEST_F(MarkerCommands, FailuresExitWithOneLineAndLeaveTheFileAsItWas) {
     WriteFile(m_dir / "shape.json", R"({"markers": 5})");
     WriteFile(m_dir / "time.json", R"([{"start": "abc"}])");
     WriteFile(m_dir / "broken.xmp", "<x:xmpmeta");
+    WriteFile(m_dir / "corrupt.jpg", "\xff\xd8\xff\xe0junk");
     WriteFile(m_dir / "zero.xmp", SegmentationPacket("f0"));
     // Read through packet scanning, which can only rewrite the packet in its own space.
     WriteFile(m_dir / "tight.txt", std::string("text ") + kEmptyPacket + " text");
@@ -212,6 +218,7 @@ TEST_F(MarkerCommands, FailuresExitWithOneLineAndLeaveTheFileAsItWas) {
         {{"write-markers", "DIR/clip.xmp", "--from", "DIR/markers.json", "--frame-rate", "30000/1001"}, 1,
          "markers.json: marker 1 is not on a whole frame at f30000s1001"},
         {{"write-markers", "DIR/broken.xmp", "--from", "DIR/markers.json"}, 1, "broken.xmp: TXMPFiles::"},
+        {{"write-markers", "DIR/corrupt.jpg", "--from", "DIR/markers.json"}, 1, "corrupt.jpg: TXMPFiles::"},
         {{"write-markers", "DIR/tight.txt", "--from", "DIR/markers.json"}, 1,
          "tight.txt: TXMPFiles::PutXMP failed"},
         {{"write-markers", "DIR/tight.txt", "--from", "DIR/markers.json", "--output", "DIR/out.txt"}, 1,
@@ -221,13 +228,13 @@ TEST_F(MarkerCommands, FailuresExitWithOneLineAndLeaveTheFileAsItWas) {
         {{"write-markers", "DIR/clip.xmp"}, 2, "--from is required"},
         {{"write-markers", "DIR/clip.xmp", "--from", "DIR/markers.json", "--frame-rate", "0"}, 2,
          "--frame-rate: not a frame rate"},
-        {{"markers", "DIR/missing.xmp"}, 1, "missing.xmp: TXMPFiles::OpenFile failed"},
+        {{"markers", "DIR/missing.jpg"}, 1, "missing.jpg: TXMPFiles::OpenFile failed"},
         {{"markers", "DIR/clip.xmp", "--only", "A", "--exclude", "B"}, 2, "--only excludes --exclude"},
         {{"segments", "DIR/zero.xmp"}, 1, "zero.xmp: Reading the track list failed"},
         {{"tracks"}, 2, "FILE is required"},
         {{"dump", "DIR/broken.xmp"}, 1, "broken.xmp: "},
     };
-    const std::vector<std::string> kept = {"clip.xmp", "broken.xmp", "tight.txt"};
+    const std::vector<std::string> kept = {"clip.xmp", "broken.xmp", "corrupt.jpg", "tight.txt"};
     std::vector<std::string> before;
     for (const std::string& file : kept) {
         before.push_back(ReadFile(m_dir / file));
@@ -252,7 +259,7 @@ TEST_F(MarkerCommands, FailuresExitWithOneLineAndLeaveTheFileAsItWas) {
     }
     EXPECT_FALSE(std::filesystem::exists(m_dir / "out.txt"));
     EXPECT_FALSE(std::filesystem::exists(m_dir / "out.png"));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_dir / ""), {}), 8) << "no temporary file left";
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_dir / ""), {}), 9) << "no temporary file left";
 }
 
 TEST_F(MarkerCommands, EachGoodFileIsReportedWhenAnotherFails) {
