@@ -36,13 +36,15 @@ inline std::vector<std::string> Nodes(const SXMPMeta& meta) {
     return nodes;
 }
 
-// A source document: IDs, a title in three languages, a qualified property,
-// an ordered array and a marker track.
+// A source document: IDs, a title in four languages (one the same as the
+// default, which a copy through the localized-text calls would rewrite), a
+// qualified property, an ordered array and a marker track.
 inline SXMPMeta SourceDocument(const char* instanceID, const char* title) {
     SXMPMeta meta;
     meta.SetProperty(kXMP_NS_XMP_MM, "xmpMM:InstanceID", instanceID);
     meta.SetProperty(kXMP_NS_XMP_MM, "xmpMM:DocumentID", (std::string("xmp.did:") + title).c_str());
     meta.SetLocalizedText(kXMP_NS_DC, "dc:title", "", "x-default", title);
+    meta.SetLocalizedText(kXMP_NS_DC, "dc:title", "en", "en-US", title);
     meta.SetLocalizedText(kXMP_NS_DC, "dc:title", "de", "de-DE", (std::string("de ") + title).c_str());
     meta.SetLocalizedText(kXMP_NS_DC, "dc:title", "fr", "fr-FR", (std::string("fr ") + title).c_str());
     meta.SetProperty(kXMP_NS_DC, "dc:source", "qualified");

@@ -6,41 +6,7 @@
 
 namespace {
 
-using xmp_test::Parsed;
-using xmp_test::Serialized;
 using xmp_test::Value;
-using xmp_test::Wrapped;
-
-const std::string kTitled = Wrapped(
-    "<rdf:Description rdf:about=''><dc:title><rdf:Alt>"
-    "<rdf:li xml:lang='x-default'>Hello</rdf:li><rdf:li xml:lang='en-US'>Hello</rdf:li>"
-    "<rdf:li xml:lang='de'>Hallo</rdf:li></rdf:Alt></dc:title></rdf:Description>");
-
-TEST(XMPUtils, WholeTreeWithAltTextSurvivesTheTripIntoAStructItemAndBack) {
-    SXMPMeta source = Parsed(kTitled);
-    xmp_test::AddMarkers(&source, 3);
-    source.SetQualifier(kXMP_NS_DM, "Tracks[1]/xmpDM:markers[2]", kXMP_NS_DC, "source", "q");
-    source.SetLocalizedText(kXMP_NS_DC, "rights", "", "x-default", "Mine");
-    source.SetLocalizedText(kXMP_NS_DC, "rights", "", "de", "Meins");
-    SXMPMeta pantry;
-    pantry.AppendArrayItem(kXMP_NS_XMP_MM, "Pantry", kXMP_PropArrayIsUnordered, nullptr, kXMP_PropValueIsStruct);
-    SXMPUtils::DuplicateSubtree(source, &pantry, "*", "*", kXMP_NS_XMP_MM, "Pantry[last()]");
-
-    SXMPMeta secondPantry;
-    secondPantry.AppendArrayItem(kXMP_NS_XMP_MM, "Pantry", kXMP_PropArrayIsUnordered, nullptr,
-                                 kXMP_PropValueIsStruct);
-    SXMPUtils::DuplicateSubtree(pantry, &secondPantry, kXMP_NS_XMP_MM, "Pantry[1]", kXMP_NS_XMP_MM,
-                                "Pantry[last()]");
-
-    SXMPMeta extracted;
-    const char* const properties[][3] = {{kXMP_NS_DC, "dc:", "title"}, {kXMP_NS_DC, "dc:", "rights"},
-                                         {kXMP_NS_DM, "xmpDM:", "Tracks"}};
-    for (const auto& [ns, prefix, name] : properties) {
-        const std::string item = std::string("Pantry[1]/") + prefix + name;
-        SXMPUtils::DuplicateSubtree(secondPantry, &extracted, kXMP_NS_XMP_MM, item.c_str(), ns, name);
-    }
-    EXPECT_EQ(Serialized(extracted), Serialized(source));
-}
 
 TEST(XMPUtils, DuplicatesWithinOneTreeAndReplacesTheDestination) {
     SXMPMeta meta;
