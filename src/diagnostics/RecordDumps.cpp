@@ -34,6 +34,15 @@ std::string_view InfoFormName(XMPTemporalMetadataInfo::_infoFormEnum form) {
     return "? UNKNOWN ?";
 }
 
+// A marker's list, each item numbered under its label.
+template <class Items>
+void DumpMarkerListItems(const char* label, const Items& items) {
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        diagnostics::PrintListItem(kMarkerListItemIndent, label, i + 1);
+        items[i].debug_Dump();
+    }
+}
+
 }  // namespace
 
 void XMPCuePointParam::debug_Dump() const {
@@ -88,18 +97,12 @@ void XMPTemporalMetadataInfo::debug_Dump() const {
     fields.Text("m_target", m_target);
     fields.Text("m_cuePointType", m_cuePointType);
     fields.Heading("m_cuePointParamList");
-    for (std::size_t i = 0; i < m_cuePointParamList.size(); ++i) {
-        diagnostics::PrintListItem(kMarkerListItemIndent, "CuePoint", i + 1);
-        m_cuePointParamList[i].debug_Dump();
-    }
+    DumpMarkerListItems("CuePoint", m_cuePointParamList);
     fields.Text("m_speaker", m_speaker);
     fields.Text("m_probability", m_probability);
     fields.Text("m_componentMetadataInstanceId", m_componentMetadataInstanceId);
     fields.Heading("m_KeywordList");
-    for (std::size_t i = 0; i < m_KeywordList.size(); ++i) {
-        diagnostics::PrintListItem(kMarkerListItemIndent, "Keyword", i + 1);
-        m_KeywordList[i].debug_Dump();
-    }
+    DumpMarkerListItems("Keyword", m_KeywordList);
 }
 
 void XMPTrack::debug_Dump() const {
