@@ -5,6 +5,7 @@
 
 #include <xmptoolkit/XMP_Error.hpp>
 
+#include "timestrings/CommonRates.hpp"
 #include "timestrings/WrappingArithmetic.hpp"
 
 namespace keltemporalxmp::timestrings {
@@ -51,7 +52,8 @@ void CheckWritingRate(std::int64_t ticks, std::int64_t numerator, std::int64_t d
 
 // Ticks per second over frames per second: when the numerator divides the
 // tick rate the factor becomes a whole number of ticks per frame.
-void ReduceTicksFactor(std::int64_t& ticksFactor, std::int64_t& numerator, bool mayDivide) {
+[[gnu::always_inline]] inline void ReduceTicksFactor(std::int64_t& ticksFactor, std::int64_t& numerator,
+                                                     bool mayDivide) {
     if (ticksFactor == numerator) {
         ticksFactor = 1;
         numerator = 1;
@@ -66,8 +68,11 @@ void ReduceTicksFactor(std::int64_t& ticksFactor, std::int64_t& numerator, bool 
     }
 }
 
-std::int64_t FramesToTicks(std::int64_t frameCount, std::int64_t numerator, std::int64_t denominator,
-                           std::int64_t ticksPerSecond, Reduction reduction) {
+// The conversions are inlined into each common rate's instance, where the rate
+// is constant.
+[[gnu::always_inline]] inline std::int64_t FramesToTicks(std::int64_t frameCount, std::int64_t numerator,
+                                                         std::int64_t denominator, std::int64_t ticksPerSecond,
+                                                         Reduction reduction) {
     const bool negative = frameCount < 0;
     const std::int64_t frames = negative ? WrappingNegate(frameCount) : frameCount;
     std::int64_t ticksFactor = ticksPerSecond;
@@ -87,8 +92,8 @@ std::int64_t FramesToTicks(std::int64_t frameCount, std::int64_t numerator, std:
     return negative ? WrappingNegate(ticks) : ticks;
 }
 
-std::int64_t TicksToFrames(std::int64_t ticks, std::int64_t numerator, std::int64_t denominator,
-                           std::int64_t ticksPerSecond) {
+[[gnu::always_inline]] inline std::int64_t TicksToFrames(std::int64_t ticks, std::int64_t numerator,
+                                                         std::int64_t denominator, std::int64_t ticksPerSecond) {
     std::int64_t ticksFactor = ticksPerSecond;
     ReduceTicksFactor(ticksFactor, numerator, numerator != 1);
     const bool negative = ticks < 0;
@@ -137,8 +142,11 @@ std::int64_t ReadTimeText(std::string_view text, std::int64_t* numerator, std::i
         ReadRate(framesAndRate.after, 's', rateNumerator, rateDenominator);
     }
     CheckReadingRate(text, rateNumerator, rateDenominator, ticksPerSecond);
-    const std::int64_t ticks =
-        FramesToTicks(ParseInteger(frameCount), rateNumerator, rateDenominator, ticksPerSecond, reduction);
+    const std::int64_t frames = ParseInteger(frameCount);
+    const std::int64_t ticks = AtCommonRate(rateNumerator, rateDenominator, ticksPerSecond,
+                                            [frames, reduction](auto rateN, auto rateD, auto rateTicks) {
+                                                return FramesToTicks(frames, rateN, rateD, rateTicks, reduction);
+                                            });
     if (framesAndRate.isSplit) {
         *denominator = rateDenominator;
         *numerator = rateNumerator;
@@ -167,7 +175,11 @@ char* WriteTimeText(char* first, std::int64_t ticks, std::int64_t numerator, std
         return first + 1;
     }
     CheckWritingRate(ticks, numerator, denominator, ticksPerSecond);
-    char* last = WriteInteger(first, TicksToFrames(ticks, numerator, denominator, ticksPerSecond));
+    const std::int64_t frames =
+        AtCommonRate(numerator, denominator, ticksPerSecond, [ticks](auto rateN, auto rateD, auto rateTicks) {
+            return TicksToFrames(ticks, rateN, rateD, rateTicks);
+        });
+    char* last = WriteInteger(first, frames);
     return appendRate ? WriteRateText(last, numerator, denominator) : last;
 }
 
