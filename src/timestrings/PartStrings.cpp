@@ -9,6 +9,7 @@
 #include <kelmediatypes/TickTime.hpp>
 
 #include "timestrings/Arguments.hpp"
+#include "timestrings/CommonRates.hpp"
 #include "timestrings/TimeText.hpp"
 #include "timestrings/WrappingArithmetic.hpp"
 
@@ -36,10 +37,14 @@ Rate RateOrSeconds(std::int64_t numerator, std::int64_t denominator) {
 // A time that falls between the frames of a whole-number rate is written
 // in ticks instead, so that it is kept exactly.
 Rate ExactRateFor(std::int64_t ticks, Rate rate, bool wholeNumberRate) {
-    if (wholeNumberRate && !timestrings::IsWholeMultiple(ticks, timestrings::Divide(kTicksPerSecond, rate.numerator))) {
-        return {kTicksPerSecond, 1};
+    if (!wholeNumberRate) {
+        return rate;
     }
-    return rate;
+    const bool onFrame = timestrings::AtCommonRate(
+        rate.numerator, 1, kTicksPerSecond, [ticks](auto numerator, auto, auto ticksPerSecond) {
+            return timestrings::IsWholeMultiple(ticks, timestrings::Divide(ticksPerSecond, numerator));
+        });
+    return onFrame ? rate : Rate{kTicksPerSecond, 1};
 }
 
 char* WritePartTime(char* first, std::int64_t ticks, Rate rate) {
@@ -129,7 +134,9 @@ void XMPDocOpsTemporal::CreatePartString(std::string* partString, std::int64_t s
     const Rate durationRate =
         ExactRateFor(duration, RateOrSeconds(durationNumerator, durationDenominator), wholeNumberStartRate);
 
-    char time[kTimeLabel.size() + 2 + 2 * timestrings::kMaxTimeTextLength];
+    // "/" (when there is a path), then the time component.
+    char text[1 + kTimeLabel.size() + 2 + 2 * timestrings::kMaxTimeTextLength];
+    char* const time = text + 1;
     char* end = std::copy(kTimeLabel.begin(), kTimeLabel.end(), time);
     *end++ = ':';
     end = WritePartTime(end, startTime, startRate);
@@ -138,11 +145,14 @@ void XMPDocOpsTemporal::CreatePartString(std::string* partString, std::int64_t s
         end = WritePartTime(end, duration, durationRate);
     }
 
-    output.assign(TextOrEmpty(path));
-    if (!output.empty()) {
-        output += '/';
+    const std::string_view pathText = TextOrEmpty(path);
+    if (pathText.empty()) {
+        output.assign(time, end);
+        return;
     }
-    output.append(time, end);
+    text[0] = '/';
+    output.assign(pathText);
+    output.append(text, end);
 }
 
 void XMPDocOpsTemporal::ParsePart(const char* partString, std::int64_t* startTime,
