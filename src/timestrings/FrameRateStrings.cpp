@@ -10,7 +10,6 @@ namespace keltemporalxmp {
 using timestrings::ParseInteger;
 using timestrings::ReadRate;
 using timestrings::SplitAtSoleSeparator;
-using timestrings::SplitText;
 
 void XMPDocOpsTemporal::CreateExternalFrameRateString(std::string* frameRateString,
                                                       std::int64_t frameRateNumerator,
@@ -31,9 +30,9 @@ void XMPDocOpsTemporal::ParseExternalFrameRateString(const char* frameRateString
     denominator = 1;
     const std::string_view text = TextOrEmpty(frameRateString);
     // Whatever stands before the "f" (a frame count, say) is not part of the rate.
-    const SplitText framesAndRate = SplitAtSoleSeparator(text, 'f');
-    if (framesAndRate.isSplit) {
-        ReadRate(framesAndRate.after, 's', numerator, denominator);
+    const timestrings::RateFields rate = timestrings::FindRateFields(text, 0);
+    if (rate.hasRate) {
+        timestrings::ReadRateFields(text, rate, numerator, denominator);
         return;
     }
     // An older notation separated the denominator with a second "f": f30000f1001.

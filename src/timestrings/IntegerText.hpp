@@ -12,26 +12,51 @@ namespace [[gnu::visibility("hidden")]] timestrings {
 // "-9223372036854775808"
 inline constexpr std::size_t kMaxIntegerTextLength = 20;
 
+// A number read from the start of a text, and where reading stopped.
+struct LeadingInteger {
+    std::int64_t value;
+    std::size_t end;
+};
+
 // An optional "-" and decimal digits, up to the first other character.
-// Never fails: no digits, or a value outside the signed 64-bit range, read as 0.
+// Never fails: no digits, or a value outside the signed 64-bit range, read as 0
+// (reading then stops early, inside the digits).
 // Inline: it runs for every number of every time string.
-inline std::int64_t ParseInteger(std::string_view text) noexcept {
+inline LeadingInteger ParseLeadingInteger(std::string_view text) noexcept {
     const bool negative = !text.empty() && text.front() == '-';
+    const auto signedValue = [negative](std::uint64_t magnitude) {
+        return static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude);
+    };
+    std::size_t i = negative ? 1 : 0;
+    std::uint64_t magnitude = 0;
+    // 18 digits stay below the limit; only longer numbers need the checks.
+    constexpr std::size_t kUncheckedDigits = 18;
+    const std::size_t uncheckedEnd = text.size() - i < kUncheckedDigits ? text.size() : i + kUncheckedDigits;
+    for (; i < uncheckedEnd; ++i) {
+        const unsigned digit = static_cast<unsigned>(static_cast<unsigned char>(text[i])) - '0';
+        if (digit > 9) {
+            return {signedValue(magnitude), i};
+        }
+        magnitude = magnitude * 10 + digit;
+    }
     // The magnitude of the most negative value ends in 8, that of the largest in 7.
     constexpr std::uint64_t kLimitTens = 922337203685477580;
     const unsigned limitUnits = negative ? 8 : 7;
-    std::uint64_t magnitude = 0;
-    for (std::size_t i = negative ? 1 : 0; i < text.size(); ++i) {
+    for (; i < text.size(); ++i) {
         const unsigned digit = static_cast<unsigned>(static_cast<unsigned char>(text[i])) - '0';
         if (digit > 9) {
             break;
         }
         if (magnitude > kLimitTens || (magnitude == kLimitTens && digit > limitUnits)) {
-            return 0;
+            return {0, i};
         }
         magnitude = magnitude * 10 + digit;
     }
-    return static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude);
+    return {signedValue(magnitude), i};
+}
+
+inline std::int64_t ParseInteger(std::string_view text) noexcept {
+    return ParseLeadingInteger(text).value;
 }
 
 // Writes the decimal form at `first` (room for kMaxIntegerTextLength) and

@@ -132,22 +132,20 @@ std::int64_t ReadTimeText(std::string_view text, std::int64_t* numerator, std::i
     if (text == kMaximumText) {
         return kMaximumTicks;
     }
-    std::string_view frameCount = text;
+    const LeadingInteger frames = ParseLeadingInteger(text);
+    const RateFields rate = FindRateFields(text, frames.end);
     std::int64_t rateNumerator = *numerator;
     std::int64_t rateDenominator = *denominator;
-    const SplitText framesAndRate = SplitAtSoleSeparator(text, 'f');
-    if (framesAndRate.isSplit) {
-        frameCount = framesAndRate.before;
+    if (rate.hasRate) {
         rateDenominator = 1;
-        ReadRate(framesAndRate.after, 's', rateNumerator, rateDenominator);
+        ReadRateFields(text, rate, rateNumerator, rateDenominator);
     }
     CheckReadingRate(text, rateNumerator, rateDenominator, ticksPerSecond);
-    const std::int64_t frames = ParseInteger(frameCount);
     const std::int64_t ticks = AtCommonRate(rateNumerator, rateDenominator, ticksPerSecond,
-                                            [frames, reduction](auto rateN, auto rateD, auto rateTicks) {
-                                                return FramesToTicks(frames, rateN, rateD, rateTicks, reduction);
+                                            [&frames, reduction](auto rateN, auto rateD, auto rateTicks) {
+                                                return FramesToTicks(frames.value, rateN, rateD, rateTicks, reduction);
                                             });
-    if (framesAndRate.isSplit) {
+    if (rate.hasRate) {
         *denominator = rateDenominator;
         *numerator = rateNumerator;
     }
