@@ -30,9 +30,10 @@ void XMPDocOpsTemporal::ParseExternalFrameRateString(const char* frameRateString
     denominator = 1;
     const std::string_view text = TextOrEmpty(frameRateString);
     // Whatever stands before the "f" (a frame count, say) is not part of the rate.
-    const timestrings::RateFields rate = timestrings::FindRateFields(text, 0);
+    const timestrings::RateText rate = timestrings::ReadRateText(text, 0);
     if (rate.hasRate) {
-        timestrings::ReadRateFields(text, rate, numerator, denominator);
+        numerator = rate.numerator;
+        denominator = rate.hasDenominator ? rate.denominator : denominator;
         return;
     }
     // An older notation separated the denominator with a second "f": f30000f1001.

@@ -18,8 +18,6 @@ namespace {
 
 using timestrings::kMaximumTicks;
 using timestrings::Reduction;
-using timestrings::SplitAtSoleSeparator;
-using timestrings::SplitText;
 
 constexpr std::int64_t kTicksPerSecond = kelmediatypes::TickTime::kTicksPerSecond;
 constexpr std::string_view kTimeLabel = "time";
@@ -53,9 +51,9 @@ char* WritePartTime(char* first, std::int64_t ticks, Rate rate) {
                                       !wholeSeconds);
 }
 
-// The text after "time:" when the component is the time component.
-std::optional<std::string_view> FindTimeValue(std::string_view component) {
-    const std::size_t lastColon = component.rfind(':');
+// The text after "time:" when the component is the time component; `lastColon`
+// is the component's last ":", if any.
+std::optional<std::string_view> FindTimeValue(std::string_view component, std::size_t lastColon) {
     if (lastColon == std::string_view::npos) {
         return std::nullopt;
     }
@@ -90,29 +88,50 @@ struct PartTimes {
     }
 };
 
+// Where a time value splits: its "d" or "r", when it has exactly one of them.
+struct ValueSeparators {
+    std::size_t dCount = 0;
+    std::size_t dAt = 0;
+    std::size_t rCount = 0;
+    std::size_t rAt = 0;
+};
+
+ValueSeparators FindValueSeparators(std::string_view timeValue) {
+    ValueSeparators separators;
+    for (std::size_t i = 0; i < timeValue.size(); ++i) {
+        if (timeValue[i] == 'd') {
+            ++separators.dCount;
+            separators.dAt = i;
+        } else if (timeValue[i] == 'r') {
+            ++separators.rCount;
+            separators.rAt = i;
+        }
+    }
+    return separators;
+}
+
 // "start", "start" "d" "duration" or "start" "r" "end"; any other shape
 // leaves the start at 0 and the duration unbounded.
 void ReadTimeValue(std::string_view timeValue, const PartTimes& times, std::int64_t defaultDuration) {
     if (timeValue.empty()) {
         return;
     }
-    const SplitText startAndDuration = SplitAtSoleSeparator(timeValue, 'd');
-    if (startAndDuration.isSplit) {
-        *times.start = times.ReadStart(startAndDuration.before);
-        *times.duration = times.ReadDurationOrEnd(startAndDuration.after);
+    const ValueSeparators separators = FindValueSeparators(timeValue);
+    if (separators.dCount == 1) {
+        *times.start = times.ReadStart(timeValue.substr(0, separators.dAt));
+        *times.duration = times.ReadDurationOrEnd(timeValue.substr(separators.dAt + 1));
         return;
     }
-    if (timeValue.find('d') != std::string_view::npos) {
+    if (separators.dCount > 1) {
         return;
     }
-    const SplitText startAndEnd = SplitAtSoleSeparator(timeValue, 'r');
-    if (startAndEnd.isSplit) {
-        *times.start = times.ReadStart(startAndEnd.before);
-        const std::int64_t end = times.ReadDurationOrEnd(startAndEnd.after);
+    if (separators.rCount == 1) {
+        *times.start = times.ReadStart(timeValue.substr(0, separators.rAt));
+        const std::int64_t end = times.ReadDurationOrEnd(timeValue.substr(separators.rAt + 1));
         *times.duration = end == kMaximumTicks ? kMaximumTicks : timestrings::WrappingSubtract(end, *times.start);
         return;
     }
-    if (timeValue.find('r') != std::string_view::npos) {
+    if (separators.rCount > 1) {
         return;
     }
     *times.start = times.ReadStart(timeValue);
@@ -174,10 +193,23 @@ void XMPDocOpsTemporal::ParsePart(const char* partString, std::int64_t* startTim
 
     // Every component before the last is path; so is the last unless it gives the time.
     const std::string_view text = TextOrEmpty(partString);
-    const std::size_t lastSlash = text.rfind('/');
+    // One pass from the end: the last "/", and the last ":" after it.
+    std::size_t lastSlash = std::string_view::npos;
+    std::size_t lastColon = std::string_view::npos;
+    for (std::size_t i = text.size(); i-- > 0;) {
+        if (text[i] == '/') {
+            lastSlash = i;
+            break;
+        }
+        if (text[i] == ':' && lastColon == std::string_view::npos) {
+            lastColon = i;
+        }
+    }
     const bool hasPath = lastSlash != std::string_view::npos;
+    const std::size_t componentStart = hasPath ? lastSlash + 1 : 0;
     const std::optional<std::string_view> timeValue =
-        FindTimeValue(hasPath ? text.substr(lastSlash + 1) : text);
+        FindTimeValue(text.substr(componentStart),
+                      lastColon == std::string_view::npos ? lastColon : lastColon - componentStart);
     if (!timeValue) {
         pathOutput.assign(text);
         return;

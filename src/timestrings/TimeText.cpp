@@ -133,12 +133,12 @@ std::int64_t ReadTimeText(std::string_view text, std::int64_t* numerator, std::i
         return kMaximumTicks;
     }
     const LeadingInteger frames = ParseLeadingInteger(text);
-    const RateFields rate = FindRateFields(text, frames.end);
+    const RateText rate = ReadRateText(text, frames.end);
     std::int64_t rateNumerator = *numerator;
     std::int64_t rateDenominator = *denominator;
     if (rate.hasRate) {
-        rateDenominator = 1;
-        ReadRateFields(text, rate, rateNumerator, rateDenominator);
+        rateNumerator = rate.numerator;
+        rateDenominator = rate.hasDenominator ? rate.denominator : 1;
     }
     CheckReadingRate(text, rateNumerator, rateDenominator, ticksPerSecond);
     const std::int64_t ticks = AtCommonRate(rateNumerator, rateDenominator, ticksPerSecond,

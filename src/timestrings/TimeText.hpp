@@ -25,43 +25,42 @@ std::int64_t ReadTimeText(std::string_view text, std::int64_t* numerator, std::i
 // denominator is left alone when there is none.
 void ReadRate(std::string_view rate, char separator, std::int64_t& numerator, std::int64_t& denominator) noexcept;
 
-// Where the rate of a time text ("90f30000s1001") starts: after its "f", when
-// the text has exactly one; the denominator after the "s", when exactly one
+// The rate of a time text ("90f30000s1001"): the number after its "f", when
+// the text has exactly one, and the number after the "s", when exactly one
 // follows the "f".
-struct RateFields {
+struct RateText {
     bool hasRate = false;
     bool hasDenominator = false;
-    std::size_t numeratorAt = 0;
-    std::size_t denominatorAt = 0;
+    std::int64_t numerator = 0;
+    std::int64_t denominator = 0;
 };
 
-// One pass, from `from` (a frame count holds neither letter, so it can be skipped).
-inline RateFields FindRateFields(std::string_view text, std::size_t from) noexcept {
+// One pass from `from` (a frame count holds neither letter, so it can be
+// skipped): the number after each letter is read as the letter is met, and the
+// scan goes on after its digits.
+inline RateText ReadRateText(std::string_view text, std::size_t from) noexcept {
     std::size_t fCount = 0;
     std::size_t sCount = 0;  // since the last "f"
-    RateFields fields;
-    for (std::size_t i = from; i < text.size(); ++i) {
-        if (text[i] == 'f') {
+    RateText rate;
+    for (std::size_t i = from; i < text.size();) {
+        const char letter = text[i++];
+        if (letter != 'f' && letter != 's') {
+            continue;
+        }
+        const LeadingInteger number = ParseLeadingInteger(text.substr(i));
+        i += number.end;
+        if (letter == 'f') {
             ++fCount;
             sCount = 0;
-            fields.numeratorAt = i + 1;
-        } else if (text[i] == 's') {
+            rate.numerator = number.value;
+        } else {
             ++sCount;
-            fields.denominatorAt = i + 1;
+            rate.denominator = number.value;
         }
     }
-    fields.hasRate = fCount == 1;
-    fields.hasDenominator = fields.hasRate && sCount == 1;
-    return fields;
-}
-
-// Reads the rate that `fields` locate; the denominator is left alone when there is none.
-inline void ReadRateFields(std::string_view text, const RateFields& fields, std::int64_t& numerator,
-                           std::int64_t& denominator) noexcept {
-    numerator = ParseInteger(text.substr(fields.numeratorAt));
-    if (fields.hasDenominator) {
-        denominator = ParseInteger(text.substr(fields.denominatorAt));
-    }
+    rate.hasRate = fCount == 1;
+    rate.hasDenominator = rate.hasRate && sCount == 1;
+    return rate;
 }
 
 // "f", numerator, "s", denominator.
