@@ -4,6 +4,7 @@
 #include <keltemporalxmp/docops.hpp>
 
 #include <algorithm>
+#include <cstring>
 #include <optional>
 
 #include <kelmediatypes/TickTime.hpp>
@@ -51,9 +52,17 @@ char* WritePartTime(char* first, std::int64_t ticks, Rate rate) {
                                       !wholeSeconds);
 }
 
-// The text after "time:" when the component is the time component; `lastColon`
-// is the component's last ":", if any.
-std::optional<std::string_view> FindTimeValue(std::string_view component, std::size_t lastColon) {
+// Where `letter` last occurs in `text`, if it does; the C library's search is
+// vectorised, unlike rfind's loop.
+std::size_t FindLast(std::string_view text, char letter) {
+    const void* at = memrchr(text.data(), letter, text.size());
+    return at != nullptr ? static_cast<std::size_t>(static_cast<const char*>(at) - text.data())
+                         : std::string_view::npos;
+}
+
+// The text after "time:" when the component is the time component.
+std::optional<std::string_view> FindTimeValue(std::string_view component) {
+    const std::size_t lastColon = FindLast(component, ':');
     if (lastColon == std::string_view::npos) {
         return std::nullopt;
     }
@@ -88,50 +97,27 @@ struct PartTimes {
     }
 };
 
-// Where a time value splits: its "d" or "r", when it has exactly one of them.
-struct ValueSeparators {
-    std::size_t dCount = 0;
-    std::size_t dAt = 0;
-    std::size_t rCount = 0;
-    std::size_t rAt = 0;
-};
-
-ValueSeparators FindValueSeparators(std::string_view timeValue) {
-    ValueSeparators separators;
-    for (std::size_t i = 0; i < timeValue.size(); ++i) {
-        if (timeValue[i] == 'd') {
-            ++separators.dCount;
-            separators.dAt = i;
-        } else if (timeValue[i] == 'r') {
-            ++separators.rCount;
-            separators.rAt = i;
-        }
-    }
-    return separators;
-}
-
 // "start", "start" "d" "duration" or "start" "r" "end"; any other shape
 // leaves the start at 0 and the duration unbounded.
 void ReadTimeValue(std::string_view timeValue, const PartTimes& times, std::int64_t defaultDuration) {
     if (timeValue.empty()) {
         return;
     }
-    const ValueSeparators separators = FindValueSeparators(timeValue);
-    if (separators.dCount == 1) {
-        *times.start = times.ReadStart(timeValue.substr(0, separators.dAt));
-        *times.duration = times.ReadDurationOrEnd(timeValue.substr(separators.dAt + 1));
+    const std::size_t firstD = timeValue.find('d');
+    if (firstD != std::string_view::npos) {
+        if (timeValue.find('d', firstD + 1) == std::string_view::npos) {
+            *times.start = times.ReadStart(timeValue.substr(0, firstD));
+            *times.duration = times.ReadDurationOrEnd(timeValue.substr(firstD + 1));
+        }
         return;
     }
-    if (separators.dCount > 1) {
-        return;
-    }
-    if (separators.rCount == 1) {
-        *times.start = times.ReadStart(timeValue.substr(0, separators.rAt));
-        const std::int64_t end = times.ReadDurationOrEnd(timeValue.substr(separators.rAt + 1));
-        *times.duration = end == kMaximumTicks ? kMaximumTicks : timestrings::WrappingSubtract(end, *times.start);
-        return;
-    }
-    if (separators.rCount > 1) {
+    const std::size_t firstR = timeValue.find('r');
+    if (firstR != std::string_view::npos) {
+        if (timeValue.find('r', firstR + 1) == std::string_view::npos) {
+            *times.start = times.ReadStart(timeValue.substr(0, firstR));
+            const std::int64_t end = times.ReadDurationOrEnd(timeValue.substr(firstR + 1));
+            *times.duration = end == kMaximumTicks ? kMaximumTicks : timestrings::WrappingSubtract(end, *times.start);
+        }
         return;
     }
     *times.start = times.ReadStart(timeValue);
@@ -193,23 +179,10 @@ void XMPDocOpsTemporal::ParsePart(const char* partString, std::int64_t* startTim
 
     // Every component before the last is path; so is the last unless it gives the time.
     const std::string_view text = TextOrEmpty(partString);
-    // One pass from the end: the last "/", and the last ":" after it.
-    std::size_t lastSlash = std::string_view::npos;
-    std::size_t lastColon = std::string_view::npos;
-    for (std::size_t i = text.size(); i-- > 0;) {
-        if (text[i] == '/') {
-            lastSlash = i;
-            break;
-        }
-        if (text[i] == ':' && lastColon == std::string_view::npos) {
-            lastColon = i;
-        }
-    }
+    const std::size_t lastSlash = FindLast(text, '/');
     const bool hasPath = lastSlash != std::string_view::npos;
-    const std::size_t componentStart = hasPath ? lastSlash + 1 : 0;
     const std::optional<std::string_view> timeValue =
-        FindTimeValue(text.substr(componentStart),
-                      lastColon == std::string_view::npos ? lastColon : lastColon - componentStart);
+        FindTimeValue(hasPath ? text.substr(lastSlash + 1) : text);
     if (!timeValue) {
         pathOutput.assign(text);
         return;
