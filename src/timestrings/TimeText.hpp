@@ -6,15 +6,12 @@
 #include <cstdint>
 #include <string_view>
 
+#include "timestrings/FrameArithmetic.hpp"
 #include "timestrings/IntegerText.hpp"
 
 namespace keltemporalxmp {
 // Hidden: internal calls bind directly instead of through the export table.
 namespace [[gnu::visibility("hidden")]] timestrings {
-
-// How the factor ticks-per-second / numerator is simplified before use. The
-// two readers differ here on purpose, which only shows for negative numerators.
-enum class Reduction { kAnyNumeratorButOne, kNumeratorsAboveOne };
 
 // `numerator` / `denominator` hold the default rate on entry and receive the
 // rate the text carries, if any.
