@@ -150,13 +150,12 @@ void XMPDocOpsTemporal::CreatePartString(std::string* partString, std::int64_t s
         end = WritePartTime(end, duration, durationRate);
     }
 
-    const std::string_view pathText = TextOrEmpty(path);
-    if (pathText.empty()) {
+    if (path == nullptr || *path == '\0') {
         output.assign(time, end);
         return;
     }
     text[0] = '/';
-    output.assign(pathText);
+    output.assign(path);
     output.append(text, end);
 }
 
