@@ -22,6 +22,7 @@ using timestrings::Reduction;
 
 constexpr std::int64_t kTicksPerSecond = kelmediatypes::TickTime::kTicksPerSecond;
 constexpr std::string_view kTimeLabel = "time";
+constexpr std::string_view kRepeatedTimeLabel = "time:";
 
 struct Rate {
     std::int64_t numerator;
@@ -66,12 +67,10 @@ std::optional<std::string_view> FindTimeValue(std::string_view component) {
     if (lastColon == std::string_view::npos) {
         return std::nullopt;
     }
+    // Every label before the value is "time".
     std::string_view labels = component.substr(0, lastColon);
-    for (std::size_t colon = labels.find(':'); colon != std::string_view::npos; colon = labels.find(':')) {
-        if (labels.substr(0, colon) != kTimeLabel) {
-            return std::nullopt;
-        }
-        labels.remove_prefix(colon + 1);
+    while (labels.starts_with(kRepeatedTimeLabel)) {
+        labels.remove_prefix(kRepeatedTimeLabel.size());
     }
     if (labels != kTimeLabel) {
         return std::nullopt;
