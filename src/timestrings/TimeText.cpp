@@ -24,20 +24,29 @@ constexpr std::string_view kMaximumText = "maximum";
     throw XMP_Error(kXMPErr_BadValue, message.c_str());
 }
 
+// The error paths are kept out of line (cold), so that the conversions
+// themselves need no room for building a message.
+[[noreturn, gnu::cold, gnu::noinline]] void ThrowUnusableReadingRate(const char* problem, std::string_view text,
+                                                                     std::int64_t numerator, std::int64_t denominator,
+                                                                     std::int64_t ticksPerSecond) {
+    ThrowUnusableRate("ConvertExternalTimeStringToTicks", problem, numerator, denominator, ticksPerSecond,
+                      "time \"" + std::string(text) + "\"");
+}
+
+[[noreturn, gnu::cold, gnu::noinline]] void ThrowUnusableWritingRate(const char* problem, std::int64_t ticks,
+                                                                     std::int64_t numerator, std::int64_t denominator,
+                                                                     std::int64_t ticksPerSecond) {
+    ThrowUnusableRate("ConvertTicksToExternalTimeString", problem, numerator, denominator, ticksPerSecond,
+                      std::to_string(ticks) + " ticks");
+}
+
 // Reading divides by the numerator and the tick rate, never by the denominator.
 void CheckReadingRate(std::string_view text, std::int64_t numerator, std::int64_t denominator,
                       std::int64_t ticksPerSecond) {
     const char* problem = numerator == 0 ? "zero numerator" : ticksPerSecond < 1 ? "tick rate below 1" : nullptr;
     if (problem != nullptr) {
-        ThrowUnusableRate("ConvertExternalTimeStringToTicks", problem, numerator, denominator, ticksPerSecond,
-                          "time \"" + std::string(text) + "\"");
+        ThrowUnusableReadingRate(problem, text, numerator, denominator, ticksPerSecond);
     }
-}
-
-constexpr const char* kWriterName = "ConvertTicksToExternalTimeString";
-
-std::string TicksSubject(std::int64_t ticks) {
-    return std::to_string(ticks) + " ticks";
 }
 
 // Writing divides by the numerator, the denominator and the tick rate.
@@ -48,7 +57,7 @@ void CheckWritingRate(std::int64_t ticks, std::int64_t numerator, std::int64_t d
                           : ticksPerSecond < 1 ? "tick rate below 1"
                                                : nullptr;
     if (problem != nullptr) {
-        ThrowUnusableRate(kWriterName, problem, numerator, denominator, ticksPerSecond, TicksSubject(ticks));
+        ThrowUnusableWritingRate(problem, ticks, numerator, denominator, ticksPerSecond);
     }
 }
 
@@ -105,8 +114,7 @@ char* WriteTimeText(char* first, std::int64_t ticks, std::int64_t numerator, std
             return TicksToFrames(ticks, rateN, rateD, rateTicks);
         });
     if (!frames) {
-        ThrowUnusableRate(kWriterName, "less than one tick per frame", numerator, denominator, ticksPerSecond,
-                          TicksSubject(ticks));
+        ThrowUnusableWritingRate("less than one tick per frame", ticks, numerator, denominator, ticksPerSecond);
     }
     char* last = WriteInteger(first, *frames);
     return appendRate ? WriteRateText(last, numerator, denominator) : last;
