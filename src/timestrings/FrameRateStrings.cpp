@@ -8,8 +8,8 @@
 namespace keltemporalxmp {
 
 using timestrings::ParseInteger;
-using timestrings::ReadRate;
 using timestrings::SplitAtSoleSeparator;
+using timestrings::SplitText;
 
 void XMPDocOpsTemporal::CreateExternalFrameRateString(std::string* frameRateString,
                                                       std::int64_t frameRateNumerator,
@@ -38,10 +38,13 @@ void XMPDocOpsTemporal::ParseExternalFrameRateString(const char* frameRateString
     }
     // An older notation separated the denominator with a second "f": f30000f1001.
     const std::size_t firstF = text.find('f');
-    if (firstF != std::string_view::npos && text.find('s') == std::string_view::npos &&
-        SplitAtSoleSeparator(text.substr(firstF + 1), 'f').isSplit) {
-        ReadRate(text.substr(firstF + 1), 'f', numerator, denominator);
-        return;
+    if (firstF != std::string_view::npos && text.find('s') == std::string_view::npos) {
+        const SplitText parts = SplitAtSoleSeparator(text.substr(firstF + 1), 'f');
+        if (parts.isSplit) {
+            numerator = ParseInteger(parts.before);
+            denominator = ParseInteger(parts.after);
+            return;
+        }
     }
     numerator = ParseInteger(text);
 }

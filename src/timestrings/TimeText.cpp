@@ -88,16 +88,6 @@ std::int64_t ReadTimeText(std::string_view text, std::int64_t* numerator, std::i
     return ticks;
 }
 
-void ReadRate(std::string_view rate, char separator, std::int64_t& numerator, std::int64_t& denominator) noexcept {
-    const SplitText parts = SplitAtSoleSeparator(rate, separator);
-    if (parts.isSplit) {
-        denominator = ParseInteger(parts.after);
-        numerator = ParseInteger(parts.before);
-    } else {
-        numerator = ParseInteger(rate);
-    }
-}
-
 char* WriteTimeText(char* first, std::int64_t ticks, std::int64_t numerator, std::int64_t denominator,
                     std::int64_t ticksPerSecond, bool appendRate) {
     if (ticks == kMaximumTicks) {

@@ -18,10 +18,6 @@ namespace [[gnu::visibility("hidden")]] timestrings {
 std::int64_t ReadTimeText(std::string_view text, std::int64_t* numerator, std::int64_t* denominator,
                           std::int64_t ticksPerSecond, Reduction reduction);
 
-// A numerator, optionally followed by the separator and a denominator; the
-// denominator is left alone when there is none.
-void ReadRate(std::string_view rate, char separator, std::int64_t& numerator, std::int64_t& denominator) noexcept;
-
 // The rate of a time text ("90f30000s1001"): the number after its "f", when
 // the text has exactly one, and the number after the "s", when exactly one
 // follows the "f".
