@@ -8,7 +8,6 @@
 namespace keltemporalxmp {
 
 using timestrings::ParseInteger;
-using timestrings::ReadRate;
 using timestrings::SplitAtSoleSeparator;
 using timestrings::SplitText;
 
@@ -31,17 +30,21 @@ void XMPDocOpsTemporal::ParseExternalFrameRateString(const char* frameRateString
     denominator = 1;
     const std::string_view text = TextOrEmpty(frameRateString);
     // Whatever stands before the "f" (a frame count, say) is not part of the rate.
-    const SplitText framesAndRate = SplitAtSoleSeparator(text, 'f');
-    if (framesAndRate.isSplit) {
-        ReadRate(framesAndRate.after, 's', numerator, denominator);
+    const timestrings::RateText rate = timestrings::ReadRateText(text, 0);
+    if (rate.hasRate) {
+        numerator = rate.numerator;
+        denominator = rate.hasDenominator ? rate.denominator : denominator;
         return;
     }
     // An older notation separated the denominator with a second "f": f30000f1001.
     const std::size_t firstF = text.find('f');
-    if (firstF != std::string_view::npos && text.find('s') == std::string_view::npos &&
-        SplitAtSoleSeparator(text.substr(firstF + 1), 'f').isSplit) {
-        ReadRate(text.substr(firstF + 1), 'f', numerator, denominator);
-        return;
+    if (firstF != std::string_view::npos && text.find('s') == std::string_view::npos) {
+        const SplitText parts = SplitAtSoleSeparator(text.substr(firstF + 1), 'f');
+        if (parts.isSplit) {
+            numerator = ParseInteger(parts.before);
+            denominator = ParseInteger(parts.after);
+            return;
+        }
     }
     numerator = ParseInteger(text);
 }

@@ -4,11 +4,13 @@
 #include <keltemporalxmp/docops.hpp>
 
 #include <algorithm>
+#include <cstring>
 #include <optional>
 
 #include <kelmediatypes/TickTime.hpp>
 
 #include "timestrings/Arguments.hpp"
+#include "timestrings/CommonRates.hpp"
 #include "timestrings/TimeText.hpp"
 #include "timestrings/WrappingArithmetic.hpp"
 
@@ -17,11 +19,10 @@ namespace {
 
 using timestrings::kMaximumTicks;
 using timestrings::Reduction;
-using timestrings::SplitAtSoleSeparator;
-using timestrings::SplitText;
 
 constexpr std::int64_t kTicksPerSecond = kelmediatypes::TickTime::kTicksPerSecond;
 constexpr std::string_view kTimeLabel = "time";
+constexpr std::string_view kRepeatedTimeLabel = "time:";
 
 struct Rate {
     std::int64_t numerator;
@@ -36,10 +37,14 @@ Rate RateOrSeconds(std::int64_t numerator, std::int64_t denominator) {
 // A time that falls between the frames of a whole-number rate is written
 // in ticks instead, so that it is kept exactly.
 Rate ExactRateFor(std::int64_t ticks, Rate rate, bool wholeNumberRate) {
-    if (wholeNumberRate && !timestrings::IsWholeMultiple(ticks, timestrings::Divide(kTicksPerSecond, rate.numerator))) {
-        return {kTicksPerSecond, 1};
+    if (!wholeNumberRate) {
+        return rate;
     }
-    return rate;
+    const bool onFrame = timestrings::AtCommonRate(
+        rate.numerator, 1, kTicksPerSecond, [ticks](auto numerator, auto, auto ticksPerSecond) {
+            return timestrings::IsWholeMultiple(ticks, timestrings::Divide(ticksPerSecond, numerator));
+        });
+    return onFrame ? rate : Rate{kTicksPerSecond, 1};
 }
 
 char* WritePartTime(char* first, std::int64_t ticks, Rate rate) {
@@ -48,18 +53,24 @@ char* WritePartTime(char* first, std::int64_t ticks, Rate rate) {
                                       !wholeSeconds);
 }
 
+// Where `letter` last occurs in `text`, if it does; the C library's search is
+// vectorised, unlike rfind's loop.
+std::size_t FindLast(std::string_view text, char letter) {
+    const void* at = memrchr(text.data(), letter, text.size());
+    return at != nullptr ? static_cast<std::size_t>(static_cast<const char*>(at) - text.data())
+                         : std::string_view::npos;
+}
+
 // The text after "time:" when the component is the time component.
 std::optional<std::string_view> FindTimeValue(std::string_view component) {
-    const std::size_t lastColon = component.rfind(':');
+    const std::size_t lastColon = FindLast(component, ':');
     if (lastColon == std::string_view::npos) {
         return std::nullopt;
     }
+    // Every label before the value is "time".
     std::string_view labels = component.substr(0, lastColon);
-    for (std::size_t colon = labels.find(':'); colon != std::string_view::npos; colon = labels.find(':')) {
-        if (labels.substr(0, colon) != kTimeLabel) {
-            return std::nullopt;
-        }
-        labels.remove_prefix(colon + 1);
+    while (labels.starts_with(kRepeatedTimeLabel)) {
+        labels.remove_prefix(kRepeatedTimeLabel.size());
     }
     if (labels != kTimeLabel) {
         return std::nullopt;
@@ -91,23 +102,21 @@ void ReadTimeValue(std::string_view timeValue, const PartTimes& times, std::int6
     if (timeValue.empty()) {
         return;
     }
-    const SplitText startAndDuration = SplitAtSoleSeparator(timeValue, 'd');
-    if (startAndDuration.isSplit) {
-        *times.start = times.ReadStart(startAndDuration.before);
-        *times.duration = times.ReadDurationOrEnd(startAndDuration.after);
+    const std::size_t firstD = timeValue.find('d');
+    if (firstD != std::string_view::npos) {
+        if (timeValue.find('d', firstD + 1) == std::string_view::npos) {
+            *times.start = times.ReadStart(timeValue.substr(0, firstD));
+            *times.duration = times.ReadDurationOrEnd(timeValue.substr(firstD + 1));
+        }
         return;
     }
-    if (timeValue.find('d') != std::string_view::npos) {
-        return;
-    }
-    const SplitText startAndEnd = SplitAtSoleSeparator(timeValue, 'r');
-    if (startAndEnd.isSplit) {
-        *times.start = times.ReadStart(startAndEnd.before);
-        const std::int64_t end = times.ReadDurationOrEnd(startAndEnd.after);
-        *times.duration = end == kMaximumTicks ? kMaximumTicks : timestrings::WrappingSubtract(end, *times.start);
-        return;
-    }
-    if (timeValue.find('r') != std::string_view::npos) {
+    const std::size_t firstR = timeValue.find('r');
+    if (firstR != std::string_view::npos) {
+        if (timeValue.find('r', firstR + 1) == std::string_view::npos) {
+            *times.start = times.ReadStart(timeValue.substr(0, firstR));
+            const std::int64_t end = times.ReadDurationOrEnd(timeValue.substr(firstR + 1));
+            *times.duration = end == kMaximumTicks ? kMaximumTicks : timestrings::WrappingSubtract(end, *times.start);
+        }
         return;
     }
     *times.start = times.ReadStart(timeValue);
@@ -129,7 +138,9 @@ void XMPDocOpsTemporal::CreatePartString(std::string* partString, std::int64_t s
     const Rate durationRate =
         ExactRateFor(duration, RateOrSeconds(durationNumerator, durationDenominator), wholeNumberStartRate);
 
-    char time[kTimeLabel.size() + 2 + 2 * timestrings::kMaxTimeTextLength];
+    // "/" (when there is a path), then the time component.
+    char text[1 + kTimeLabel.size() + 2 + 2 * timestrings::kMaxTimeTextLength];
+    char* const time = text + 1;
     char* end = std::copy(kTimeLabel.begin(), kTimeLabel.end(), time);
     *end++ = ':';
     end = WritePartTime(end, startTime, startRate);
@@ -138,11 +149,13 @@ void XMPDocOpsTemporal::CreatePartString(std::string* partString, std::int64_t s
         end = WritePartTime(end, duration, durationRate);
     }
 
-    output.assign(TextOrEmpty(path));
-    if (!output.empty()) {
-        output += '/';
+    if (path == nullptr || *path == '\0') {
+        output.assign(time, end);
+        return;
     }
-    output.append(time, end);
+    text[0] = '/';
+    output.assign(path);
+    output.append(text, end);
 }
 
 void XMPDocOpsTemporal::ParsePart(const char* partString, std::int64_t* startTime,
@@ -164,7 +177,7 @@ void XMPDocOpsTemporal::ParsePart(const char* partString, std::int64_t* startTim
 
     // Every component before the last is path; so is the last unless it gives the time.
     const std::string_view text = TextOrEmpty(partString);
-    const std::size_t lastSlash = text.rfind('/');
+    const std::size_t lastSlash = FindLast(text, '/');
     const bool hasPath = lastSlash != std::string_view::npos;
     const std::optional<std::string_view> timeValue =
         FindTimeValue(hasPath ? text.substr(lastSlash + 1) : text);

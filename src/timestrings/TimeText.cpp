@@ -1,10 +1,13 @@
 #include "timestrings/TimeText.hpp"
 
 #include <cstring>
+#include <optional>
 #include <string>
 
 #include <xmptoolkit/XMP_Error.hpp>
 
+#include "timestrings/CommonRates.hpp"
+#include "timestrings/FrameArithmetic.hpp"
 #include "timestrings/WrappingArithmetic.hpp"
 
 namespace keltemporalxmp::timestrings {
@@ -21,20 +24,29 @@ constexpr std::string_view kMaximumText = "maximum";
     throw XMP_Error(kXMPErr_BadValue, message.c_str());
 }
 
+// The error paths are kept out of line (cold), so that the conversions
+// themselves need no room for building a message.
+[[noreturn, gnu::cold, gnu::noinline]] void ThrowUnusableReadingRate(const char* problem, std::string_view text,
+                                                                     std::int64_t numerator, std::int64_t denominator,
+                                                                     std::int64_t ticksPerSecond) {
+    ThrowUnusableRate("ConvertExternalTimeStringToTicks", problem, numerator, denominator, ticksPerSecond,
+                      "time \"" + std::string(text) + "\"");
+}
+
+[[noreturn, gnu::cold, gnu::noinline]] void ThrowUnusableWritingRate(const char* problem, std::int64_t ticks,
+                                                                     std::int64_t numerator, std::int64_t denominator,
+                                                                     std::int64_t ticksPerSecond) {
+    ThrowUnusableRate("ConvertTicksToExternalTimeString", problem, numerator, denominator, ticksPerSecond,
+                      std::to_string(ticks) + " ticks");
+}
+
 // Reading divides by the numerator and the tick rate, never by the denominator.
 void CheckReadingRate(std::string_view text, std::int64_t numerator, std::int64_t denominator,
                       std::int64_t ticksPerSecond) {
     const char* problem = numerator == 0 ? "zero numerator" : ticksPerSecond < 1 ? "tick rate below 1" : nullptr;
     if (problem != nullptr) {
-        ThrowUnusableRate("ConvertExternalTimeStringToTicks", problem, numerator, denominator, ticksPerSecond,
-                          "time \"" + std::string(text) + "\"");
+        ThrowUnusableReadingRate(problem, text, numerator, denominator, ticksPerSecond);
     }
-}
-
-constexpr const char* kWriterName = "ConvertTicksToExternalTimeString";
-
-std::string TicksSubject(std::int64_t ticks) {
-    return std::to_string(ticks) + " ticks";
 }
 
 // Writing divides by the numerator, the denominator and the tick rate.
@@ -45,79 +57,8 @@ void CheckWritingRate(std::int64_t ticks, std::int64_t numerator, std::int64_t d
                           : ticksPerSecond < 1 ? "tick rate below 1"
                                                : nullptr;
     if (problem != nullptr) {
-        ThrowUnusableRate(kWriterName, problem, numerator, denominator, ticksPerSecond, TicksSubject(ticks));
+        ThrowUnusableWritingRate(problem, ticks, numerator, denominator, ticksPerSecond);
     }
-}
-
-// Ticks per second over frames per second: when the numerator divides the
-// tick rate the factor becomes a whole number of ticks per frame.
-void ReduceTicksFactor(std::int64_t& ticksFactor, std::int64_t& numerator, bool mayDivide) {
-    if (ticksFactor == numerator) {
-        ticksFactor = 1;
-        numerator = 1;
-        return;
-    }
-    if (mayDivide) {
-        const std::int64_t quotient = Divide(ticksFactor, numerator);
-        if (WrappingMultiply(quotient, numerator) == ticksFactor) {
-            ticksFactor = quotient;
-            numerator = 1;
-        }
-    }
-}
-
-std::int64_t FramesToTicks(std::int64_t frameCount, std::int64_t numerator, std::int64_t denominator,
-                           std::int64_t ticksPerSecond, Reduction reduction) {
-    const bool negative = frameCount < 0;
-    const std::int64_t frames = negative ? WrappingNegate(frameCount) : frameCount;
-    std::int64_t ticksFactor = ticksPerSecond;
-    const bool reducible = reduction == Reduction::kAnyNumeratorButOne ? numerator != 1 : numerator > 1;
-    ReduceTicksFactor(ticksFactor, numerator, reducible && ticksFactor != 1);
-    // Too many frames to multiply exactly: round the factor to whole ticks per frame.
-    if (IsAboveMaximumOver(frames, ticksFactor)) {
-        ticksFactor = Divide(WrappingAdd(ticksFactor, numerator / 2), numerator);
-        numerator = 1;
-    }
-    std::int64_t product = WrappingMultiply(frames, WrappingMultiply(ticksFactor, denominator));
-    const std::int64_t half = numerator >> 1;
-    if (numerator != ticksFactor && numerator != 1 && product < WrappingSubtract(kMaximumTicks, half)) {
-        product = WrappingAdd(product, half);
-    }
-    const std::int64_t ticks = Divide(product, numerator);
-    return negative ? WrappingNegate(ticks) : ticks;
-}
-
-std::int64_t TicksToFrames(std::int64_t ticks, std::int64_t numerator, std::int64_t denominator,
-                           std::int64_t ticksPerSecond) {
-    std::int64_t ticksFactor = ticksPerSecond;
-    ReduceTicksFactor(ticksFactor, numerator, numerator != 1);
-    const bool negative = ticks < 0;
-    std::int64_t magnitude = negative ? WrappingNegate(ticks) : ticks;
-    // Half a frame, so that the truncating divisions round to the nearest frame.
-    const std::int64_t ticksPerSecondScaled = WrappingMultiply(denominator, ticksFactor);
-    if (ticksPerSecondScaled != 1) {
-        const std::int64_t half = Divide(ticksPerSecondScaled, numerator) >> 1;
-        if (magnitude < WrappingSubtract(kMaximumTicks, half)) {
-            magnitude = WrappingAdd(magnitude, half);
-        }
-    }
-    std::int64_t frames = 0;
-    if (IsBelowMaximumOver(magnitude, numerator)) {
-        const std::int64_t scaled = WrappingMultiply(magnitude, numerator);
-        // One division instead of two where the divisor product is exact; truncation nests.
-        std::int64_t divisor = 0;
-        const bool singleDivision =
-            denominator > 0 && ticksFactor > 0 && !__builtin_mul_overflow(denominator, ticksFactor, &divisor);
-        frames = singleDivision ? Divide(scaled, divisor) : Divide(Divide(scaled, denominator), ticksFactor);
-    } else {
-        const std::int64_t ticksPerFrame = Divide(WrappingAdd(numerator / 2, ticksFactor), numerator);
-        if (ticksPerFrame == 0) {
-            ThrowUnusableRate(kWriterName, "less than one tick per frame", numerator, denominator, ticksPerSecond,
-                              TicksSubject(ticks));
-        }
-        frames = Divide(Divide(magnitude, ticksPerFrame), denominator);
-    }
-    return negative ? WrappingNegate(frames) : frames;
 }
 
 }  // namespace
@@ -127,33 +68,24 @@ std::int64_t ReadTimeText(std::string_view text, std::int64_t* numerator, std::i
     if (text == kMaximumText) {
         return kMaximumTicks;
     }
-    std::string_view frameCount = text;
+    const LeadingInteger frames = ParseLeadingInteger(text);
+    const RateText rate = ReadRateText(text, frames.end);
     std::int64_t rateNumerator = *numerator;
     std::int64_t rateDenominator = *denominator;
-    const SplitText framesAndRate = SplitAtSoleSeparator(text, 'f');
-    if (framesAndRate.isSplit) {
-        frameCount = framesAndRate.before;
-        rateDenominator = 1;
-        ReadRate(framesAndRate.after, 's', rateNumerator, rateDenominator);
+    if (rate.hasRate) {
+        rateNumerator = rate.numerator;
+        rateDenominator = rate.hasDenominator ? rate.denominator : 1;
     }
     CheckReadingRate(text, rateNumerator, rateDenominator, ticksPerSecond);
-    const std::int64_t ticks =
-        FramesToTicks(ParseInteger(frameCount), rateNumerator, rateDenominator, ticksPerSecond, reduction);
-    if (framesAndRate.isSplit) {
+    const std::int64_t ticks = AtCommonRate(rateNumerator, rateDenominator, ticksPerSecond,
+                                            [&frames, reduction](auto rateN, auto rateD, auto rateTicks) {
+                                                return FramesToTicks(frames.value, rateN, rateD, rateTicks, reduction);
+                                            });
+    if (rate.hasRate) {
         *denominator = rateDenominator;
         *numerator = rateNumerator;
     }
     return ticks;
-}
-
-void ReadRate(std::string_view rate, char separator, std::int64_t& numerator, std::int64_t& denominator) noexcept {
-    const SplitText parts = SplitAtSoleSeparator(rate, separator);
-    if (parts.isSplit) {
-        denominator = ParseInteger(parts.after);
-        numerator = ParseInteger(parts.before);
-    } else {
-        numerator = ParseInteger(rate);
-    }
 }
 
 char* WriteTimeText(char* first, std::int64_t ticks, std::int64_t numerator, std::int64_t denominator,
@@ -167,7 +99,14 @@ char* WriteTimeText(char* first, std::int64_t ticks, std::int64_t numerator, std
         return first + 1;
     }
     CheckWritingRate(ticks, numerator, denominator, ticksPerSecond);
-    char* last = WriteInteger(first, TicksToFrames(ticks, numerator, denominator, ticksPerSecond));
+    const std::optional<std::int64_t> frames =
+        AtCommonRate(numerator, denominator, ticksPerSecond, [ticks](auto rateN, auto rateD, auto rateTicks) {
+            return TicksToFrames(ticks, rateN, rateD, rateTicks);
+        });
+    if (!frames) {
+        ThrowUnusableWritingRate("less than one tick per frame", ticks, numerator, denominator, ticksPerSecond);
+    }
+    char* last = WriteInteger(first, *frames);
     return appendRate ? WriteRateText(last, numerator, denominator) : last;
 }
 

@@ -58,6 +58,13 @@ const ParseCase kParseCases[] = {
     {"metadata/other", 0, 1, kMax, 1, "metadata/other"},
     {"metadata/time", 0, 1, kMax, 1, "metadata/time"},
     {"time:1d2d3", 0, 1, kMax, 1, ""},
+    {"time:1r2r3", 0, 1, kMax, 1, ""},
+    {"time:1d2r3", kTicks, 1, 2 * kTicks, 1, ""},    // one "d": an "r" in a time is not a separator
+    {"time:1r2d3", kTicks, 1, 3 * kTicks, 1, ""},
+    {"a:b/time:3f25", 30481920000, 25, 77, 1, "a:b"},
+    {"time:time:5", 5 * kTicks, 1, 77, 1, ""},
+    {"x/time:5f25s1s", 50803200000, 25, 77, 1, "x"},  // two "s": no denominator
+    {"time:f25d-3f-25", 0, 25, 30481920000, -25, ""},
     {"time:", 0, 1, kMax, 1, ""},
     {"times:1", 0, 1, kMax, 1, "times:1"},
     {"", 0, 1, kMax, 1, ""},
