@@ -73,26 +73,23 @@ inline char* WriteInteger(char* first, std::int64_t value) noexcept {
     return std::to_chars(first, first + kMaxIntegerTextLength, value).ptr;
 }
 
-// The two pieces around a separator that occurs exactly once.
+// The two pieces around a separator that occurs exactly once; `occurs` tells
+// a separator met more than once from none at all.
 struct SplitText {
     bool isSplit = false;
+    bool occurs = false;
     std::string_view before;
     std::string_view after;
 };
 inline SplitText SplitAtSoleSeparator(std::string_view text, char separator) noexcept {
-    std::size_t at = std::string_view::npos;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == separator) {
-            if (at != std::string_view::npos) {
-                return {};
-            }
-            at = i;
-        }
-    }
+    const std::size_t at = text.find(separator);
     if (at == std::string_view::npos) {
         return {};
     }
-    return {true, text.substr(0, at), text.substr(at + 1)};
+    if (text.find(separator, at + 1) != std::string_view::npos) {
+        return {false, true, {}, {}};
+    }
+    return {true, true, text.substr(0, at), text.substr(at + 1)};
 }
 
 }  // namespace timestrings

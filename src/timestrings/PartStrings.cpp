@@ -19,6 +19,8 @@ namespace {
 
 using timestrings::kMaximumTicks;
 using timestrings::Reduction;
+using timestrings::SplitAtSoleSeparator;
+using timestrings::SplitText;
 
 constexpr std::int64_t kTicksPerSecond = kelmediatypes::TickTime::kTicksPerSecond;
 constexpr std::string_view kTimeLabel = "time";
@@ -102,19 +104,19 @@ void ReadTimeValue(std::string_view timeValue, const PartTimes& times, std::int6
     if (timeValue.empty()) {
         return;
     }
-    const std::size_t firstD = timeValue.find('d');
-    if (firstD != std::string_view::npos) {
-        if (timeValue.find('d', firstD + 1) == std::string_view::npos) {
-            *times.start = times.ReadStart(timeValue.substr(0, firstD));
-            *times.duration = times.ReadDurationOrEnd(timeValue.substr(firstD + 1));
+    const SplitText startAndDuration = SplitAtSoleSeparator(timeValue, 'd');
+    if (startAndDuration.occurs) {
+        if (startAndDuration.isSplit) {
+            *times.start = times.ReadStart(startAndDuration.before);
+            *times.duration = times.ReadDurationOrEnd(startAndDuration.after);
         }
         return;
     }
-    const std::size_t firstR = timeValue.find('r');
-    if (firstR != std::string_view::npos) {
-        if (timeValue.find('r', firstR + 1) == std::string_view::npos) {
-            *times.start = times.ReadStart(timeValue.substr(0, firstR));
-            const std::int64_t end = times.ReadDurationOrEnd(timeValue.substr(firstR + 1));
+    const SplitText startAndEnd = SplitAtSoleSeparator(timeValue, 'r');
+    if (startAndEnd.occurs) {
+        if (startAndEnd.isSplit) {
+            *times.start = times.ReadStart(startAndEnd.before);
+            const std::int64_t end = times.ReadDurationOrEnd(startAndEnd.after);
             *times.duration = end == kMaximumTicks ? kMaximumTicks : timestrings::WrappingSubtract(end, *times.start);
         }
         return;
