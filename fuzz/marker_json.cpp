@@ -2,7 +2,7 @@
 
 #include "MarkerJson.hpp"
 
-#include "Command.hpp"
+#include "Errors.hpp"
 #include "FuzzInput.hpp"
 
 using namespace keltemporalxmp::tool;

@@ -6,9 +6,9 @@
 #include <memory>
 #include <string>
 
-#include "Commands.hpp"
+#include "CommandList.hpp"
 #include "Documents.hpp"
-#include "FileCommand.hpp"
+#include "FileReport.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {

@@ -9,9 +9,9 @@
 
 #include <keltemporalxmp/collector.hpp>
 
-#include "Commands.hpp"
+#include "CommandList.hpp"
 #include "Documents.hpp"
-#include "FileCommand.hpp"
+#include "FileReport.hpp"
 #include "TimeInput.hpp"
 
 namespace keltemporalxmp::tool {

@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "Command.hpp"
+#include "Errors.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {

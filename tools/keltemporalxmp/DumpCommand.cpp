@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <memory>
 
-#include "Commands.hpp"
+#include "CommandList.hpp"
 #include "Documents.hpp"
-#include "FileCommand.hpp"
+#include "FileReport.hpp"
 #include "Options.hpp"
 
 namespace keltemporalxmp::tool {

@@ -4,7 +4,7 @@
 
 #include <kelcore/UTF.hpp>
 
-#include "Command.hpp"
+#include "Errors.hpp"
 #include "TimeInput.hpp"
 
 namespace keltemporalxmp::tool {

@@ -9,9 +9,9 @@
 #include <kelcore/RefCounted.hpp>
 #include <keltemporalxmp/markers.hpp>
 
-#include "Commands.hpp"
+#include "CommandList.hpp"
 #include "Documents.hpp"
-#include "FileCommand.hpp"
+#include "FileReport.hpp"
 #include "MarkerJson.hpp"
 
 namespace keltemporalxmp::tool {

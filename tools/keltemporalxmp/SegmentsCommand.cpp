@@ -9,9 +9,9 @@
 
 #include <keltemporalxmp/markers.hpp>
 
-#include "Commands.hpp"
+#include "CommandList.hpp"
 #include "Documents.hpp"
-#include "FileCommand.hpp"
+#include "FileReport.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {

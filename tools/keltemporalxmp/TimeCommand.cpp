@@ -8,7 +8,7 @@
 
 #include <keltemporalxmp/docops.hpp>
 
-#include "Commands.hpp"
+#include "CommandList.hpp"
 #include "Options.hpp"
 #include "TimeInput.hpp"
 

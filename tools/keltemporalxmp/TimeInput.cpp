@@ -8,7 +8,7 @@
 
 #include <keltemporalxmp/docops.hpp>
 
-#include "Command.hpp"
+#include "Errors.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {

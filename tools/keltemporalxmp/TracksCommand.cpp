@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "Commands.hpp"
+#include "CommandList.hpp"
 #include "Documents.hpp"
-#include "FileCommand.hpp"
+#include "FileReport.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {

@@ -12,7 +12,7 @@
 #include <keltemporalxmp/docops.hpp>
 #include <keltemporalxmp/markers.hpp>
 
-#include "Commands.hpp"
+#include "CommandList.hpp"
 #include "Documents.hpp"
 #include "MarkerJson.hpp"
 #include "Options.hpp"

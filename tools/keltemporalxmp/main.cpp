@@ -5,7 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "Commands.hpp"
+#include "CommandList.hpp"
 #include "Documents.hpp"
 
 using namespace keltemporalxmp::tool;

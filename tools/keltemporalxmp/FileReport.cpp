@@ -1,4 +1,4 @@
-#include "FileCommand.hpp"
+#include "FileReport.hpp"
 
 #include "Documents.hpp"
 #include "Options.hpp"

@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path kTool = fs::path(KELTXMP_BINARY_DIR) / "tools" / "keltemporalxmp" / "keltemporalxmp";
+const fs::path kTool = KELTXMP_TOOL_PATH;
 
 std::string ShellQuoted(const std::string& text) {
     std::string quoted = "'";

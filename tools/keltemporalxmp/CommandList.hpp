@@ -1,9 +1,20 @@
 #pragma once
 // Each command adds itself to the command line and says how to run it.
 
-#include "Command.hpp"
+#include <functional>
+
+#include "Errors.hpp"
+
+namespace CLI {
+class App;
+}
 
 namespace keltemporalxmp::tool {
+
+struct CommandEntry {
+    CLI::App* subcommand;
+    std::function<int()> run;  // gives the exit status
+};
 
 CommandEntry AddMarkersCommand(CLI::App& app);
 CommandEntry AddTracksCommand(CLI::App& app);

@@ -1,14 +1,7 @@
 #pragma once
-// The pieces every command is made of: its exit statuses, the error that
-// stops it on bad input, and its entry in the command line.
+// The tool's exit statuses and the two errors that stop a command.
 
-#include <functional>
 #include <stdexcept>
-#include <string>
-
-namespace CLI {
-class App;
-}
 
 namespace keltemporalxmp::tool {
 
@@ -29,11 +22,6 @@ public:
 class UsageError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
-};
-
-struct CommandEntry {
-    CLI::App* subcommand;
-    std::function<int()> run;  // gives the exit status
 };
 
 }  // namespace keltemporalxmp::tool
