@@ -12,7 +12,8 @@ using namespace keltemporalxmp;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string value(reinterpret_cast<const char*>(data), size);
     try {
-        const XMPKeywordData keyword = CuePointToKeyword(XMPCuePointParam((kKeywordExtKELPrefixV1 + "id").c_str(), value.c_str()));
+        const XMPKeywordData keyword =
+            CuePointToKeyword(XMPCuePointParam((kKeywordExtKELPrefixV1 + "id").c_str(), value.c_str()));
         XMPKeywordData copy(keyword, true);
     } catch (const kelcore::parse_exception&) {
     } catch (const kelcore::missing_key_exception&) {

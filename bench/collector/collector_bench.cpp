@@ -34,9 +34,9 @@ SXMPMeta Document(int markers, std::int64_t length, const std::string& name) {
     const std::int64_t step = length / markers;
     for (int i = 0; i < markers; ++i) {
         const std::string text = name + " marker " + std::to_string(i);
-        track.AddMarker(XMPTemporalMetadataInfo(text.c_str(), "A comment on the marker", i * step, kSecond / 2, "",
-                                                "", "", "", {XMPCuePointParam("scene", text.c_str())}, "", "",
-                                                nullptr, nullptr));
+        track.AddMarker(XMPTemporalMetadataInfo(text.c_str(), "A comment on the marker", i * step, kSecond / 2, "", "",
+                                                "", "", {XMPCuePointParam("scene", text.c_str())}, "", "", nullptr,
+                                                nullptr));
     }
     doc.AddTrack("Notes", track);
     doc.PrepareForSave("");

@@ -35,7 +35,7 @@ struct PlainMarker {
 
 PlainMarker MakePlainMarker(std::int64_t index) {
     const std::string number = std::to_string(index);
-    return {"Marker " + number, "A comment on marker " + number, index * 3, kDurationFrames,
+    return {"Marker " + number,   "A comment on marker " + number, index * 3, kDurationFrames,
             {"speaker", "scene"}, {"Ann", "Scene " + number}};
 }
 
@@ -54,10 +54,9 @@ XMPTrack Track(std::int64_t count) {
         const std::vector<XMPCuePointParam> params = {
             XMPCuePointParam(plain.m_cueKeys[0].c_str(), plain.m_cueValues[0].c_str()),
             XMPCuePointParam(plain.m_cueKeys[1].c_str(), plain.m_cueValues[1].c_str())};
-        track.AddMarker(XMPTemporalMetadataInfo(plain.m_name.c_str(), plain.m_comment.c_str(),
-                                                plain.m_startFrame * kTicksPerFrame,
-                                                plain.m_durationFrames * kTicksPerFrame, "", "", "", "", params,
-                                                "", "", nullptr, nullptr));
+        track.AddMarker(XMPTemporalMetadataInfo(
+            plain.m_name.c_str(), plain.m_comment.c_str(), plain.m_startFrame * kTicksPerFrame,
+            plain.m_durationFrames * kTicksPerFrame, "", "", "", "", params, "", "", nullptr, nullptr));
     }
     return track;
 }
@@ -115,8 +114,7 @@ void WriteTrackBaseline(benchmark::State& state) {
                 meta.AppendArrayItem(kXMP_NS_DM, cuePointsPath.c_str(), kXMP_PropArrayIsOrdered, nullptr,
                                      kXMP_PropValueIsStruct);
                 SXMPUtils::ComposeArrayItemPath(kXMP_NS_DM, cuePointsPath.c_str(), cue + 1, &cuePointPath);
-                meta.SetStructField(kXMP_NS_DM, cuePointPath.c_str(), kXMP_NS_DM, "key",
-                                    marker.m_cueKeys[cue].c_str());
+                meta.SetStructField(kXMP_NS_DM, cuePointPath.c_str(), kXMP_NS_DM, "key", marker.m_cueKeys[cue].c_str());
                 meta.SetStructField(kXMP_NS_DM, cuePointPath.c_str(), kXMP_NS_DM, "value",
                                     marker.m_cueValues[cue].c_str());
             }
@@ -172,8 +170,8 @@ void ReadTrackBaseline(benchmark::State& state) {
                 SXMPUtils::ComposeArrayItemPath(kXMP_NS_DM, cuePointsPath.c_str(), cue + 1, &cuePointPath);
                 meta.GetStructField(kXMP_NS_DM, cuePointPath.c_str(), kXMP_NS_DM, "key", &marker.m_cueKeys[cue],
                                     nullptr);
-                meta.GetStructField(kXMP_NS_DM, cuePointPath.c_str(), kXMP_NS_DM, "value",
-                                    &marker.m_cueValues[cue], nullptr);
+                meta.GetStructField(kXMP_NS_DM, cuePointPath.c_str(), kXMP_NS_DM, "value", &marker.m_cueValues[cue],
+                                    nullptr);
             }
         }
         benchmark::DoNotOptimize(markers);

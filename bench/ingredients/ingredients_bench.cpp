@@ -44,8 +44,8 @@ SXMPMeta SourceDocument(int number) {
     }
     XMPTrack track("Markers", 25, 1);
     for (int marker = 0; marker < 100; ++marker) {
-        track.AddMarker(XMPTemporalMetadataInfo(Numbered("m", marker).c_str(), "comment", marker * kSecond,
-                                                kSecond, "Comment", "", "", "", {}, "", "", nullptr, nullptr));
+        track.AddMarker(XMPTemporalMetadataInfo(Numbered("m", marker).c_str(), "comment", marker * kSecond, kSecond,
+                                                "Comment", "", "", "", {}, "", "", nullptr, nullptr));
     }
     XMPDocOpsTemporal doc;
     doc.OpenXMP(&meta, "");

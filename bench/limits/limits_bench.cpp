@@ -38,7 +38,8 @@ std::string MarkerPacket(std::int64_t count) {
                       "</xmpDM:startTime><xmpDM:duration>25</xmpDM:duration><xmpDM:name>Marker " + number +
                       "</xmpDM:name><xmpDM:comment>A comment on marker " + number +
                       "</xmpDM:comment><xmpDM:cuePointParams><rdf:Seq>"
-                      "<rdf:li rdf:parseType=\"Resource\"><xmpDM:key>speaker</xmpDM:key><xmpDM:value>Ann</xmpDM:value></rdf:li>"
+                      "<rdf:li "
+                      "rdf:parseType=\"Resource\"><xmpDM:key>speaker</xmpDM:key><xmpDM:value>Ann</xmpDM:value></rdf:li>"
                       "<rdf:li rdf:parseType=\"Resource\"><xmpDM:key>scene</xmpDM:key><xmpDM:value>Scene " +
                       number + "</xmpDM:value></rdf:li></rdf:Seq></xmpDM:cuePointParams></rdf:li>";
         }
@@ -48,7 +49,9 @@ std::string MarkerPacket(std::int64_t count) {
     return packet;
 }
 
-std::size_t HeapInUse() { return mallinfo2().uordblks; }
+std::size_t HeapInUse() {
+    return mallinfo2().uordblks;
+}
 
 void BM_ParsePacket(benchmark::State& state) {
     const std::string packet = MarkerPacket(state.range(0));

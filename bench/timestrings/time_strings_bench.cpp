@@ -63,8 +63,8 @@ void ReadTime(benchmark::State& state, const char* text) {
     RunCountingAllocations(state, [text] {
         std::int64_t numerator = 25;
         std::int64_t denominator = 1;
-        benchmark::DoNotOptimize(XMPDocOpsTemporal::ConvertExternalTimeStringToTicks(Opaque(text), &numerator,
-                                                                                     &denominator, kTicks));
+        benchmark::DoNotOptimize(
+            XMPDocOpsTemporal::ConvertExternalTimeStringToTicks(Opaque(text), &numerator, &denominator, kTicks));
     });
 }
 BENCHMARK_CAPTURE(ReadTime, 1001f30000s1001, "1001f30000s1001");
@@ -126,8 +126,7 @@ void ParsePart(benchmark::State& state) {
         std::int64_t duration = 0, durationNumerator = 1, durationDenominator = 1;
         std::string path;
         XMPDocOpsTemporal::ParsePart(Opaque("metadata/time:1001f30000s1001d90f25"), &start, &startNumerator,
-                                     &startDenominator, &duration, &durationNumerator, &durationDenominator, 0,
-                                     &path);
+                                     &startDenominator, &duration, &durationNumerator, &durationDenominator, 0, &path);
         benchmark::DoNotOptimize(start);
         benchmark::DoNotOptimize(duration);
         benchmark::DoNotOptimize(path);
@@ -143,8 +142,7 @@ BENCHMARK(ParsePartBaseline);
 void CreatePartString(benchmark::State& state) {
     RunCountingAllocations(state, [] {
         std::string text;  // "time:30d90f25"
-        XMPDocOpsTemporal::CreatePartString(&text, Opaque(30 * kTicks), 1, 1, 90 * kTicks / 25, 25, 1,
-                                            INT64_MAX, "");
+        XMPDocOpsTemporal::CreatePartString(&text, Opaque(30 * kTicks), 1, 1, 90 * kTicks / 25, 25, 1, INT64_MAX, "");
         benchmark::DoNotOptimize(text);
     });
 }

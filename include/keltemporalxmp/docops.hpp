@@ -53,12 +53,11 @@ public:
     // All 22 fields in field order, key first; null reads as empty.
     XMP_internalIngredient(const char* key, const char* instanceID, const char* documentID, const char* versionID,
                            const char* renditionClass, const char* renditionParams, const char* manager,
-                           const char* managerVariant, const char* manageTo, const char* manageUI,
-                           const char* fromPart, const char* toPart, const char* partMapping, const char* linkForm,
-                           const char* linkCategory, const char* filePath, const char* alternatePaths,
-                           const char* lastModifyDate, const char* placedXResolution,
-                           const char* placedYResolution, const char* placedResolutionUnit,
-                           const char* maskMarkers);
+                           const char* managerVariant, const char* manageTo, const char* manageUI, const char* fromPart,
+                           const char* toPart, const char* partMapping, const char* linkForm, const char* linkCategory,
+                           const char* filePath, const char* alternatePaths, const char* lastModifyDate,
+                           const char* placedXResolution, const char* placedYResolution,
+                           const char* placedResolutionUnit, const char* maskMarkers);
 
     // A field outside 1..22 reads as the empty string (or null) and is not set.
     // A null value sets the empty string; a null output raises kXMPErr_BadParam.
@@ -137,8 +136,7 @@ public:
                  XMP_OptionBits options = 0);
     // Saves pending list edits of this document first; `derived` then works on
     // derivedMeta. A null `derived` raises kXMPErr_BadParam.
-    void BranchXMP(XMPDocOpsTemporal* derived, SXMPMeta* derivedMeta, const char* mimeType,
-                   XMP_OptionBits options = 0);
+    void BranchXMP(XMPDocOpsTemporal* derived, SXMPMeta* derivedMeta, const char* mimeType, XMP_OptionBits options = 0);
 
     // Writes the changed lists into the XMP, then lets the toolkit prepare the
     // save (new instance ID, history). A changed list stays changed: every
@@ -146,8 +144,7 @@ public:
     // kXMPErr_BadParam "Null output SXMPMeta pointer".
     void PrepareForSave(const char* mimeType, XMP_OptionBits options = 0);
     void PrepareForSave(const char* mimeType, const char* filePath, XMP_OptionBits options);
-    void PrepareForSave(const char* mimeType, const char* filePath, XMP_DateTime& modDate,
-                        XMP_OptionBits options = 0);
+    void PrepareForSave(const char* mimeType, const char* filePath, XMP_DateTime& modDate, XMP_OptionBits options = 0);
 
     // The toolkit's answer, or a list changed.
     bool IsDirty() const;
@@ -223,9 +220,8 @@ public:
                                  std::int64_t noDuration, const char* path);
     // The rate outputs are in/out like the in/out time-string conversion.
     static void ParsePart(const char* partString, std::int64_t* startTime, std::int64_t* startTimeNumerator,
-                          std::int64_t* startTimeDenominator, std::int64_t* duration,
-                          std::int64_t* durationNumerator, std::int64_t* durationDenominator,
-                          std::int64_t defaultDuration, std::string* path);
+                          std::int64_t* startTimeDenominator, std::int64_t* duration, std::int64_t* durationNumerator,
+                          std::int64_t* durationDenominator, std::int64_t defaultDuration, std::string* path);
 
     // --- Ingredients ----------------------------------------------------------
     // Kept by key: the source's instance ID with the used span's start and
@@ -257,27 +253,26 @@ public:
                                   std::int64_t fromDurationDenominator, std::int64_t toStart,
                                   std::int64_t toStartNumerator, std::int64_t toStartDenominator,
                                   std::int64_t toDuration, std::int64_t toDurationNumerator,
-                                  std::int64_t toDurationDenominator, const char* filePath,
-                                  const char* lastModifyDate, const char* partMapping, bool maskMarkers,
-                                  bool flattenNested);
+                                  std::int64_t toDurationDenominator, const char* filePath, const char* lastModifyDate,
+                                  const char* partMapping, bool maskMarkers, bool flattenNested);
     void AddIngredientXMPTemporal(const SXMPMeta& ingredientXMP, std::int64_t fromStart,
                                   std::int64_t fromStartNumerator, std::int64_t fromStartDenominator,
                                   std::int64_t fromDuration, std::int64_t fromDurationNumerator,
                                   std::int64_t fromDurationDenominator, std::int64_t toStart,
                                   std::int64_t toStartNumerator, std::int64_t toStartDenominator,
                                   std::int64_t toDuration, std::int64_t toDurationNumerator,
-                                  std::int64_t toDurationDenominator, const char* filePath,
-                                  const char* lastModifyDate, const char* partMapping, bool maskMarkers);
+                                  std::int64_t toDurationDenominator, const char* filePath, const char* lastModifyDate,
+                                  const char* partMapping, bool maskMarkers);
     // Every rate 1/1.
     void AddIngredientXMPTemporal(const SXMPMeta& ingredientXMP, std::int64_t fromStart, std::int64_t fromDuration,
                                   std::int64_t toStart, std::int64_t toDuration, const char* filePath,
                                   const char* lastModifyDate, const char* partMapping);
     // Ready part strings, taken as they are (no reversal). A part string whose
     // rate cannot convert its time raises kXMPErr_BadValue.
-    void AddIngredientXMP(const SXMPMeta& ingredientXMP, const char* fromPart, const char* toPart,
-                          const char* linkForm, const char* linkCategory, const char* filePath,
-                          const char* alternatePaths, const char* lastModifyDate, const char* placedXResolution,
-                          const char* placedYResolution, const char* placedResolutionUnit);
+    void AddIngredientXMP(const SXMPMeta& ingredientXMP, const char* fromPart, const char* toPart, const char* linkForm,
+                          const char* linkCategory, const char* filePath, const char* alternatePaths,
+                          const char* lastModifyDate, const char* placedXResolution, const char* placedYResolution,
+                          const char* placedResolutionUnit);
 
     // The index'th ingredient in key order, from 1; any other index removes
     // nothing. The source's pantry entry goes with its last use.

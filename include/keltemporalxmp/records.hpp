@@ -108,16 +108,15 @@ public:
     // A marker; its frame rates are 0 (the track's rate applies). A negative
     // duration is stored forwards, with "(debug:reversed)" as part mapping.
     XMPTemporalMetadataInfo(const char* name, const char* comment, std::int64_t startTime, std::int64_t duration,
-                            const char* markerType, const char* location, const char* target,
-                            const char* cuePointType, const std::vector<XMPCuePointParam>& cuePointParamList,
-                            const char* speaker, const char* probability, const char* markerID,
-                            std::shared_ptr<void> extension);
+                            const char* markerType, const char* location, const char* target, const char* cuePointType,
+                            const std::vector<XMPCuePointParam>& cuePointParamList, const char* speaker,
+                            const char* probability, const char* markerID, std::shared_ptr<void> extension);
     // A marker with its own start and duration frame rates.
     XMPTemporalMetadataInfo(const char* name, const char* comment, std::int64_t startTime,
                             std::int64_t startTimeFrameRateNumerator, std::int64_t startTimeFrameRateDenominator,
                             std::int64_t duration, std::int64_t durationFrameRateNumerator,
-                            std::int64_t durationFrameRateDenominator, const char* markerType,
-                            const char* location, const char* target, const char* cuePointType,
+                            std::int64_t durationFrameRateDenominator, const char* markerType, const char* location,
+                            const char* target, const char* cuePointType,
                             const std::vector<XMPCuePointParam>& cuePointParamList, const char* speaker,
                             const char* probability, const char* markerID, std::shared_ptr<void> extension);
     // A component-metadata report-back (made by the collector); times are kept as given.

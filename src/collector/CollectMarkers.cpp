@@ -17,8 +17,8 @@ using collector::Span;
 void XMPTemporalMetadataCollector::CollectMarkers(const SXMPMeta& xmp, const Visit& visit,
                                                   const std::string& instanceID) {
     std::vector<XMPTrack> tracks;
-    docops::ReadTrackList(xmp, visit.PathNamespace(kXMP_NS_DM), visit.PropertyPath(docops::kTracksPath).c_str(),
-                          tracks, docops::KeywordCuePoints::kKeptAsCuePoints);
+    docops::ReadTrackList(xmp, visit.PathNamespace(kXMP_NS_DM), visit.PropertyPath(docops::kTracksPath).c_str(), tracks,
+                          docops::KeywordCuePoints::kKeptAsCuePoints);
     const char* partMapping = visit.m_mapping.m_scale < 0.0 ? "linear-reversed" : "linear";
     std::string trackName;
     std::string trackType;
@@ -28,15 +28,14 @@ void XMPTemporalMetadataCollector::CollectMarkers(const SXMPMeta& xmp, const Vis
         for (auto entry = track.MarkerListIteratorBegin(); entry != track.MarkerListIteratorEnd(); ++entry) {
             XMPTemporalMetadataInfo& marker = entry->second;
             const std::int64_t start = visit.m_mapping(marker.GetStartTime());
-            const std::int64_t end =
-                visit.m_mapping(collector::AddTimes(marker.GetStartTime(), marker.GetDuration()));
+            const std::int64_t end = visit.m_mapping(collector::AddTimes(marker.GetStartTime(), marker.GetDuration()));
             const Interval extent = Interval::ForOverlap(start, end);
             if (!extent.Overlaps(visit.m_mappedFromSpanForOverlap) || !extent.Overlaps(visit.m_clipRange)) {
                 continue;
             }
-            File(std::move(marker), MarkerPlacement{Span{start, collector::SubtractTimes(end, start)},
-                                                    visit.Clipped(start, end), instanceID, trackName,
-                                                    trackType, partMapping});
+            File(std::move(marker),
+                 MarkerPlacement{Span{start, collector::SubtractTimes(end, start)}, visit.Clipped(start, end),
+                                 instanceID, trackName, trackType, partMapping});
         }
     }
 }

@@ -41,14 +41,14 @@ void XMPTemporalMetadataCollector::Collect(const SXMPMeta& xmp, const Visit& vis
         docops::ReadText(xmp, visit.PathNamespace(kXMP_NS_XMP_MM), visit.PropertyPath("xmpMM:InstanceID"));
     if (visit.m_depth > kMaxNestingDepth) {
         const std::string message = "Collecting temporal metadata: ingredients nested more than " +
-                                    std::to_string(kMaxNestingDepth) + " deep at instance ID \"" + instanceID +
-                                    "\" (" + visit.m_pantryPath + ")";
+                                    std::to_string(kMaxNestingDepth) + " deep at instance ID \"" + instanceID + "\" (" +
+                                    visit.m_pantryPath + ")";
         throw XMP_Error(kXMPErr_BadXMP, message.c_str());
     }
     if (++m_documentVisits > kMaxDocumentVisits) {
-        const std::string message = "Collecting temporal metadata: more than " +
-                                    std::to_string(kMaxDocumentVisits) + " ingredient documents visited, at instance ID \"" +
-                                    instanceID + "\" (" + visit.m_pantryPath + ")";
+        const std::string message = "Collecting temporal metadata: more than " + std::to_string(kMaxDocumentVisits) +
+                                    " ingredient documents visited, at instance ID \"" + instanceID + "\" (" +
+                                    visit.m_pantryPath + ")";
         throw XMP_Error(kXMPErr_BadXMP, message.c_str());
     }
     if ((visit.m_mask & kNoRepeat) != 0 &&
@@ -77,12 +77,11 @@ void XMPTemporalMetadataCollector::CollectComponent(const Visit& visit, const st
         span = span.Reversed();
     }
     const Span clipped = visit.Clipped(span.m_start, span.End());
-    m_collection.emplace(span.m_start,
-                         XMPTemporalMetadataInfo(visit.AtTop() ? "Base Document" : "ComponentMetadata",
-                                                 instanceID.c_str(), span.m_start, 1, 1, span.m_duration, 1, 1,
-                                                 clipped.m_start, clipped.m_duration,
-                                                 reversed ? "linear-reversed" : "linear", instanceID.c_str(),
-                                                 nullptr));
+    m_collection.emplace(
+        span.m_start,
+        XMPTemporalMetadataInfo(visit.AtTop() ? "Base Document" : "ComponentMetadata", instanceID.c_str(), span.m_start,
+                                1, 1, span.m_duration, 1, 1, clipped.m_start, clipped.m_duration,
+                                reversed ? "linear-reversed" : "linear", instanceID.c_str(), nullptr));
 }
 
 }  // namespace keltemporalxmp

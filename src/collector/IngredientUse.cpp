@@ -32,8 +32,7 @@ std::optional<double> IngredientUse::Scale() const {
     return static_cast<double>(toDuration) / static_cast<double>(fromDuration);
 }
 
-std::optional<IngredientUse> ReadIngredientUse(const SXMPMeta& xmp, const std::string& itemPath,
-                                               bool readMaskMarkers) {
+std::optional<IngredientUse> ReadIngredientUse(const SXMPMeta& xmp, const std::string& itemPath, bool readMaskMarkers) {
     const std::optional<Span> from = ReadPart(xmp, itemPath, "fromPart");
     const std::optional<Span> to = ReadPart(xmp, itemPath, "toPart");
     if (!from || !to) {

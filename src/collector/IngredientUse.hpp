@@ -26,8 +26,7 @@ struct IngredientUse {
 };
 
 // The struct item at itemPath; null when a part string cannot be read.
-std::optional<IngredientUse> ReadIngredientUse(const SXMPMeta& xmp, const std::string& itemPath,
-                                               bool readMaskMarkers);
+std::optional<IngredientUse> ReadIngredientUse(const SXMPMeta& xmp, const std::string& itemPath, bool readMaskMarkers);
 
-}  // namespace collector
+}  // namespace gnu::visibility("hidden")]]collector
 }  // namespace keltemporalxmp

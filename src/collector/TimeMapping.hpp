@@ -57,5 +57,5 @@ struct Mapping {
     std::int64_t operator()(std::int64_t time) const;
 };
 
-}  // namespace collector
+}  // namespace gnu::visibility("hidden")]]collector
 }  // namespace keltemporalxmp

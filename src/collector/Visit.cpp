@@ -10,8 +10,8 @@ using collector::Interval;
 using collector::kUnspecified;
 
 XMPTemporalMetadataCollector::Visit::Visit(std::string pantryPath, const collector::Mapping& mapping,
-                                           std::int64_t fromDuration, unsigned char mask,
-                                           const collector::Span& clip, int depth, std::string chain)
+                                           std::int64_t fromDuration, unsigned char mask, const collector::Span& clip,
+                                           int depth, std::string chain)
     : m_pantryPath(std::move(pantryPath)),
       m_mapping(mapping),
       m_fromDuration(fromDuration),

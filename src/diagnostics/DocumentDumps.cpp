@@ -57,7 +57,6 @@ void XMPDocOpsTemporal::debug_DumpTrackList() const {
     }
 }
 
-
 void XMPDocOpsTemporal::debug_DumpIngredientList() const {
     DumpKeyedList("debug_DumpIngredientList", "Ingredient", m_ingredients);
 }

@@ -86,7 +86,8 @@ void FieldLines::Heading(std::string_view name) const {
 }
 
 void PrintTimeValue(std::int64_t ticks) {
-    std::printf("'%15lld'='%20.15f secs'", static_cast<long long>(ticks), XMPDocOpsTemporal::ConvertTicksToSeconds(ticks));
+    std::printf("'%15lld'='%20.15f secs'", static_cast<long long>(ticks),
+                XMPDocOpsTemporal::ConvertTicksToSeconds(ticks));
     PrintUnspecifiedSuffix(ticks);
 }
 

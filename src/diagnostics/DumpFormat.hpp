@@ -73,5 +73,5 @@ void PrintIndent(int indent);
 // "name[number]:" on a line of its own.
 void PrintListItem(int indent, std::string_view name, std::size_t number);
 
-}  // namespace diagnostics
+}  // namespace gnu::visibility("hidden")]]diagnostics
 }  // namespace keltemporalxmp

@@ -26,8 +26,10 @@ constexpr int kMarkerListItemIndent = diagnostics::kMarkerIndent + 2 * kFieldOff
 
 std::string_view InfoFormName(XMPTemporalMetadataInfo::_infoFormEnum form) {
     switch (form) {
-        case XMPTemporalMetadataInfo::kInfoForm_Marker: return "kInfoForm_Marker";
-        case XMPTemporalMetadataInfo::kInfoForm_MarkerReportback: return "kInfoForm_MarkerReportback";
+        case XMPTemporalMetadataInfo::kInfoForm_Marker:
+            return "kInfoForm_Marker";
+        case XMPTemporalMetadataInfo::kInfoForm_MarkerReportback:
+            return "kInfoForm_MarkerReportback";
         case XMPTemporalMetadataInfo::kInfoForm_ComponentMetadataReportback:
             return "kInfoForm_ComponentMetadataReportback";
     }

@@ -83,8 +83,7 @@ void XMPDocOpsTemporal::WriteChangedLists() {
 }
 
 bool XMPDocOpsTemporal::IsDirty() const {
-    return m_xmpDocOpsPtr->IsDirty() || m_hasTrackDataChanged || m_hasIngredientDataChanged ||
-           m_hasPantryDataChanged;
+    return m_xmpDocOpsPtr->IsDirty() || m_hasTrackDataChanged || m_hasIngredientDataChanged || m_hasPantryDataChanged;
 }
 
 void XMPDocOpsTemporal::NoteChange(const char* part) {

@@ -13,8 +13,8 @@ using Ingredient = XMP_internalIngredient;
 
 std::string PartString(std::int64_t start, std::int64_t startNumerator, std::int64_t startDenominator,
                        std::int64_t duration, std::int64_t durationNumerator, std::int64_t durationDenominator) {
-    return docops::ComposePart({start, startNumerator, startDenominator, duration, durationNumerator,
-                                durationDenominator, std::string()});
+    return docops::ComposePart(
+        {start, startNumerator, startDenominator, duration, durationNumerator, durationDenominator, std::string()});
 }
 
 // The caller's instance ID, else the document's; a document without one is
@@ -37,20 +37,21 @@ void FillFromDocument(const SXMPMeta& document, Ingredient& ingredient) {
             continue;
         }
         const std::string property = std::string("xmpMM:") + layout.m_documentProperty;
-        ingredient.SetIngredientField(layout.m_field,
-                                      docops::ReadText(document, kXMP_NS_XMP_MM, property).c_str());
+        ingredient.SetIngredientField(layout.m_field, docops::ReadText(document, kXMP_NS_XMP_MM, property).c_str());
     }
 }
 
 }  // namespace
 
-void XMPDocOpsTemporal::AddIngredientXMPTemporal(
-    const SXMPMeta& ingredientXMP, std::int64_t fromStart, std::int64_t fromStartNumerator,
-    std::int64_t fromStartDenominator, std::int64_t fromDuration, std::int64_t fromDurationNumerator,
-    std::int64_t fromDurationDenominator, std::int64_t toStart, std::int64_t toStartNumerator,
-    std::int64_t toStartDenominator, std::int64_t toDuration, std::int64_t toDurationNumerator,
-    std::int64_t toDurationDenominator, const char* filePath, const char* lastModifyDate, const char* partMapping,
-    bool maskMarkers, bool flattenNested) {
+void XMPDocOpsTemporal::AddIngredientXMPTemporal(const SXMPMeta& ingredientXMP, std::int64_t fromStart,
+                                                 std::int64_t fromStartNumerator, std::int64_t fromStartDenominator,
+                                                 std::int64_t fromDuration, std::int64_t fromDurationNumerator,
+                                                 std::int64_t fromDurationDenominator, std::int64_t toStart,
+                                                 std::int64_t toStartNumerator, std::int64_t toStartDenominator,
+                                                 std::int64_t toDuration, std::int64_t toDurationNumerator,
+                                                 std::int64_t toDurationDenominator, const char* filePath,
+                                                 const char* lastModifyDate, const char* partMapping, bool maskMarkers,
+                                                 bool flattenNested) {
     // The to-part first: a span reversed on both sides ends as it began.
     std::string mapping(TextOrEmpty(partMapping));
     docops::NormaliseReversedSpan(toStart, toDuration, mapping);
@@ -70,13 +71,15 @@ void XMPDocOpsTemporal::AddIngredientXMPTemporal(
     AddIngredient(ingredientXMP, std::move(ingredient), maskMarkers, flattenNested);
 }
 
-void XMPDocOpsTemporal::AddIngredientXMPTemporal(
-    const SXMPMeta& ingredientXMP, std::int64_t fromStart, std::int64_t fromStartNumerator,
-    std::int64_t fromStartDenominator, std::int64_t fromDuration, std::int64_t fromDurationNumerator,
-    std::int64_t fromDurationDenominator, std::int64_t toStart, std::int64_t toStartNumerator,
-    std::int64_t toStartDenominator, std::int64_t toDuration, std::int64_t toDurationNumerator,
-    std::int64_t toDurationDenominator, const char* filePath, const char* lastModifyDate, const char* partMapping,
-    bool maskMarkers) {
+void XMPDocOpsTemporal::AddIngredientXMPTemporal(const SXMPMeta& ingredientXMP, std::int64_t fromStart,
+                                                 std::int64_t fromStartNumerator, std::int64_t fromStartDenominator,
+                                                 std::int64_t fromDuration, std::int64_t fromDurationNumerator,
+                                                 std::int64_t fromDurationDenominator, std::int64_t toStart,
+                                                 std::int64_t toStartNumerator, std::int64_t toStartDenominator,
+                                                 std::int64_t toDuration, std::int64_t toDurationNumerator,
+                                                 std::int64_t toDurationDenominator, const char* filePath,
+                                                 const char* lastModifyDate, const char* partMapping,
+                                                 bool maskMarkers) {
     AddIngredientXMPTemporal(ingredientXMP, fromStart, fromStartNumerator, fromStartDenominator, fromDuration,
                              fromDurationNumerator, fromDurationDenominator, toStart, toStartNumerator,
                              toStartDenominator, toDuration, toDurationNumerator, toDurationDenominator, filePath,

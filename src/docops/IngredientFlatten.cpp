@@ -44,7 +44,8 @@ void XMPDocOpsTemporal::AddNestedIngredients(const SXMPMeta& ingredientXMP, cons
             continue;
         }
         if (outer->m_reversed) {
-            const std::string mapping = docops::FlippedMapping(FieldText(nested, Ingredient::kIngredientFieldPartMapping));
+            const std::string mapping =
+                docops::FlippedMapping(FieldText(nested, Ingredient::kIngredientFieldPartMapping));
             nested.SetIngredientField(Ingredient::kIngredientFieldPartMapping, mapping.c_str());
         }
         nested.SetIngredientField(Ingredient::kIngredientFieldFromPart, docops::ComposePart(mapped->m_from).c_str());

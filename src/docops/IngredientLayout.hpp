@@ -56,5 +56,5 @@ bool SharesTree(const SXMPMeta& one, const SXMPMeta& other);
 
 [[noreturn]] void ThrowNullMeta();
 
-}  // namespace docops
+}  // namespace gnu::visibility("hidden")]]docops
 }  // namespace keltemporalxmp

@@ -25,11 +25,11 @@ void XMPDocOpsTemporal::CacheIngredientList() {
     }
     for (const docops::ListItem& item : docops::StructItems(*m_xmpMetaPtr, kIngredientsPath)) {
         XMP_internalIngredient ingredient = docops::ReadIngredientItem(*m_xmpMetaPtr, item.m_path);
-        const std::optional<docops::PartSpan> from =
-            docops::TryParsePartSpan(*ingredient.GetIngredientFieldPtr(XMP_internalIngredient::kIngredientFieldFromPart));
-        const std::string key = docops::IngredientKey(
-            *ingredient.GetIngredientFieldPtr(XMP_internalIngredient::kIngredientFieldInstanceID),
-            from.value_or(docops::PartSpan{}));
+        const std::optional<docops::PartSpan> from = docops::TryParsePartSpan(
+            *ingredient.GetIngredientFieldPtr(XMP_internalIngredient::kIngredientFieldFromPart));
+        const std::string key =
+            docops::IngredientKey(*ingredient.GetIngredientFieldPtr(XMP_internalIngredient::kIngredientFieldInstanceID),
+                                  from.value_or(docops::PartSpan{}));
         ingredient.SetIngredientField(XMP_internalIngredient::kIngredientFieldKey, key.c_str());
         m_ingredients.emplace(key, std::move(ingredient));
     }

@@ -136,8 +136,8 @@ std::optional<IngredientSpans> MapThrough(const IngredientSpans& outer, const In
     mapped.m_reversed = outer.m_reversed != nested.m_reversed;
     const double sourcePerPlaced = Ratio(nested.m_from, nested.m_to);
     mapped.m_from = nested.m_from;
-    mapped.m_from.m_start = WrappingAdd(nested.m_from.m_start,
-                                        Scaled(OffsetInto(placed, start, end, nested.m_reversed), sourcePerPlaced));
+    mapped.m_from.m_start =
+        WrappingAdd(nested.m_from.m_start, Scaled(OffsetInto(placed, start, end, nested.m_reversed), sourcePerPlaced));
     mapped.m_from.m_duration = end ? Scaled(length, sourcePerPlaced) : kUnspecifiedTicks;
 
     const double targetPerUsed = Ratio(outer.m_to, outer.m_from);

@@ -55,5 +55,5 @@ struct IngredientSpans {
 // when nothing of it is used.
 std::optional<IngredientSpans> MapThrough(const IngredientSpans& outer, const IngredientSpans& nested);
 
-}  // namespace docops
+}  // namespace gnu::visibility("hidden")]]docops
 }  // namespace keltemporalxmp

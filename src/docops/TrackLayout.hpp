@@ -54,5 +54,5 @@ void AppendItemIndex(std::string& path, std::size_t index);
 // Raises the error again with the operation and the property it was for.
 [[noreturn]] void RethrowAt(const XMP_Error& error, std::string_view operation, std::string_view path);
 
-}  // namespace docops
+}  // namespace gnu::visibility("hidden")]]docops
 }  // namespace keltemporalxmp

@@ -56,8 +56,8 @@ bool XMPDocOpsTemporal::DeleteTrack(const XMPTrack* track) {
         return false;
     }
     CacheTrackList();
-    const auto found = std::find_if(m_tracks.begin(), m_tracks.end(),
-                                    [track](const XMPTrack& cached) { return &cached == track; });
+    const auto found =
+        std::find_if(m_tracks.begin(), m_tracks.end(), [track](const XMPTrack& cached) { return &cached == track; });
     if (found == m_tracks.end()) {
         return false;
     }

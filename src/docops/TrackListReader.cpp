@@ -17,12 +17,12 @@ constexpr std::string_view kOperation = "Reading the track list";
 
 // Where a node sits below the tracks array, by the number of steps of its path.
 enum Depth : int {
-    kTrackItem = 1,     // [i]
-    kTrackField = 2,    // [i]/field
-    kMarkerItem = 3,    // [i]/xmpDM:markers[j]
-    kMarkerField = 4,   // .../markers[j]/field
-    kCuePointItem = 5,  // .../xmpDM:cuePointParams[k]
-    kCuePointField = 6, // .../cuePointParams[k]/field
+    kTrackItem = 1,      // [i]
+    kTrackField = 2,     // [i]/field
+    kMarkerItem = 3,     // [i]/xmpDM:markers[j]
+    kMarkerField = 4,    // .../markers[j]/field
+    kCuePointItem = 5,   // .../xmpDM:cuePointParams[k]
+    kCuePointField = 6,  // .../cuePointParams[k]/field
 };
 
 struct Step {
@@ -290,12 +290,11 @@ private:
                 m_params.emplace_back(cuePoint.m_key.c_str(), cuePoint.m_value.c_str());
             }
         }
-        XMPTemporalMetadataInfo marker(text.m_name.c_str(), text.m_comment.c_str(), startTime, startNumerator,
-                                       startDenominator, duration, durationNumerator, durationDenominator,
-                                       text.m_type.c_str(), text.m_location.c_str(), text.m_target.c_str(),
-                                       text.m_cuePointType.c_str(), m_params, text.m_speaker.c_str(),
-                                       text.m_probability.c_str(), markerID != nullptr ? markerID->c_str() : nullptr,
-                                       nullptr);
+        XMPTemporalMetadataInfo marker(
+            text.m_name.c_str(), text.m_comment.c_str(), startTime, startNumerator, startDenominator, duration,
+            durationNumerator, durationDenominator, text.m_type.c_str(), text.m_location.c_str(), text.m_target.c_str(),
+            text.m_cuePointType.c_str(), m_params, text.m_speaker.c_str(), text.m_probability.c_str(),
+            markerID != nullptr ? markerID->c_str() : nullptr, nullptr);
         for (const XMPKeywordData& keyword : m_keywords) {
             marker.AddKeyword(keyword);
         }
@@ -341,8 +340,8 @@ private:
 
 }  // namespace
 
-void ReadTrackList(const SXMPMeta& meta, const char* schemaNS, const char* tracksPath,
-                   std::vector<XMPTrack>& tracks, KeywordCuePoints keywords) {
+void ReadTrackList(const SXMPMeta& meta, const char* schemaNS, const char* tracksPath, std::vector<XMPTrack>& tracks,
+                   KeywordCuePoints keywords) {
     SXMPIterator walk(meta, schemaNS, tracksPath, kXMP_IterOmitQualifiers);
     Reader(tracksPath, tracks, keywords).Read(walk);
 }

@@ -19,8 +19,8 @@ enum class KeywordCuePoints { kToKeywords, kKeptAsCuePoints };
 // Times are read at the track's rate unless they carry their own; every marker
 // keeps the rate its times were read at. A rate that cannot convert a time
 // raises XMP_Error kXMPErr_BadValue naming the marker.
-void ReadTrackList(const SXMPMeta& meta, const char* schemaNS, const char* tracksPath,
-                   std::vector<XMPTrack>& tracks, KeywordCuePoints keywords = KeywordCuePoints::kToKeywords);
+void ReadTrackList(const SXMPMeta& meta, const char* schemaNS, const char* tracksPath, std::vector<XMPTrack>& tracks,
+                   KeywordCuePoints keywords = KeywordCuePoints::kToKeywords);
 
-}  // namespace docops
+}  // namespace gnu::visibility("hidden")]]docops
 }  // namespace keltemporalxmp

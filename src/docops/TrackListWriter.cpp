@@ -111,8 +111,7 @@ private:
         SetFieldUnlessEmpty(markerLength, field::kCuePointType,
                             *marker.GetMarkerFieldPtr(Info::kInfoField_CuePointType));
         SetFieldUnlessEmpty(markerLength, field::kSpeaker, *marker.GetMarkerFieldPtr(Info::kInfoField_Speaker));
-        SetFieldUnlessEmpty(markerLength, field::kProbability,
-                            *marker.GetMarkerFieldPtr(Info::kInfoField_Probability));
+        SetFieldUnlessEmpty(markerLength, field::kProbability, *marker.GetMarkerFieldPtr(Info::kInfoField_Probability));
         WriteCuePoints(marker, markerLength);
     }
 

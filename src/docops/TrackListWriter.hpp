@@ -15,5 +15,5 @@ namespace [[gnu::visibility("hidden")]] docops {
 // appended to the time.
 void WriteTrackList(SXMPMeta& meta, const std::vector<XMPTrack>& tracks);
 
-}  // namespace docops
+}  // namespace gnu::visibility("hidden")]]docops
 }  // namespace keltemporalxmp

@@ -32,5 +32,5 @@ private:
 // data count as equal while it is on.
 bool IsRemoveRedundantTagsEnabled();
 
-}  // namespace markers
+}  // namespace gnu::visibility("hidden")]]markers
 }  // namespace keltemporalxmp

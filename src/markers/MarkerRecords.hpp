@@ -20,5 +20,5 @@ std::shared_ptr<Marker> MarkerFromRecord(const XMPTemporalMetadataInfo& record, 
 // The extension is shared.
 XMPTemporalMetadataInfo RecordFromMarker(const Marker& marker);
 
-}  // namespace markers
+}  // namespace gnu::visibility("hidden")]]markers
 }  // namespace keltemporalxmp

@@ -36,9 +36,9 @@ std::int64_t FrameDuration(const XMPTrack& track) {
     const std::int64_t numerator = track.GetFrameRateNumerator();
     const std::int64_t denominator = track.GetFrameRateDenominator();
     if (numerator == 0) {
-        const std::string message = std::string(kOperation) + " failed on track \"" + kTrackName +
-                                    "\": frame rate " + std::to_string(numerator) + "/" +
-                                    std::to_string(denominator) + " has a zero numerator";
+        const std::string message = std::string(kOperation) + " failed on track \"" + kTrackName + "\": frame rate " +
+                                    std::to_string(numerator) + "/" + std::to_string(denominator) +
+                                    " has a zero numerator";
         throw XMP_Error(kXMPErr_BadValue, message.c_str());
     }
     const std::int64_t ticks = timestrings::Divide(

@@ -5,8 +5,7 @@
 namespace keltemporalxmp {
 
 XMPCuePointParam::XMPCuePointParam(const char* key, const char* value)
-    : m_key(RequiredText(key, "XMPCuePointParam", "key")),
-      m_value(RequiredText(value, "XMPCuePointParam", "value")) {}
+    : m_key(RequiredText(key, "XMPCuePointParam", "key")), m_value(RequiredText(value, "XMPCuePointParam", "value")) {}
 
 void XMPCuePointParam::GetKey(std::string* key) const {
     Required(key, "XMPCuePointParam::GetKey", "output string") = m_key;

@@ -17,15 +17,13 @@ std::string Text(const char* text, const char* argument) {
 }  // namespace
 
 XMPTemporalMetadataInfo::XMPTemporalMetadataInfo(const char* name, const char* comment, std::int64_t startTime,
-                                                 std::int64_t duration, const char* markerType,
-                                                 const char* location, const char* target,
-                                                 const char* cuePointType,
+                                                 std::int64_t duration, const char* markerType, const char* location,
+                                                 const char* target, const char* cuePointType,
                                                  const std::vector<XMPCuePointParam>& cuePointParamList,
-                                                 const char* speaker, const char* probability,
-                                                 const char* markerID, std::shared_ptr<void> extension)
+                                                 const char* speaker, const char* probability, const char* markerID,
+                                                 std::shared_ptr<void> extension)
     : XMPTemporalMetadataInfo(name, comment, startTime, 0, 0, duration, 0, 0, markerType, location, target,
-                              cuePointType, cuePointParamList, speaker, probability, markerID,
-                              std::move(extension)) {}
+                              cuePointType, cuePointParamList, speaker, probability, markerID, std::move(extension)) {}
 
 XMPTemporalMetadataInfo::XMPTemporalMetadataInfo(_infoFormEnum infoForm, const char* name, std::int64_t startTime,
                                                  std::int64_t startTimeFrameRateNumerator,
@@ -87,20 +85,34 @@ XMPTemporalMetadataInfo::XMPTemporalMetadataInfo(
 
 const std::string* XMPTemporalMetadataInfo::GetMarkerFieldPtr(_infoFieldEnum field) const {
     switch (field) {
-    case kInfoField_Name: return &m_name;
-    case kInfoField_Comment: return &m_comment;
-    case kInfoField_ReportedPartMapping: return &m_reportedPartMapping;
-    case kInfoField_ReportedContainingInstanceID: return &m_reportedContainingInstanceID;
-    case kInfoField_ReportedTrackName: return &m_reportedTrackName;
-    case kInfoField_ReportedTrackType: return &m_reportedTrackType;
-    case kInfoField_MarkerType: return &m_markerType;
-    case kInfoField_Location: return &m_location;
-    case kInfoField_Target: return &m_target;
-    case kInfoField_CuePointType: return &m_cuePointType;
-    case kInfoField_Speaker: return &m_speaker;
-    case kInfoField_Probability: return &m_probability;
-    case kInfoField_ComponentMetadataInstanceId: return &m_componentMetadataInstanceId;
-    case kInfoField_MarkerID: return &m_markerID;
+        case kInfoField_Name:
+            return &m_name;
+        case kInfoField_Comment:
+            return &m_comment;
+        case kInfoField_ReportedPartMapping:
+            return &m_reportedPartMapping;
+        case kInfoField_ReportedContainingInstanceID:
+            return &m_reportedContainingInstanceID;
+        case kInfoField_ReportedTrackName:
+            return &m_reportedTrackName;
+        case kInfoField_ReportedTrackType:
+            return &m_reportedTrackType;
+        case kInfoField_MarkerType:
+            return &m_markerType;
+        case kInfoField_Location:
+            return &m_location;
+        case kInfoField_Target:
+            return &m_target;
+        case kInfoField_CuePointType:
+            return &m_cuePointType;
+        case kInfoField_Speaker:
+            return &m_speaker;
+        case kInfoField_Probability:
+            return &m_probability;
+        case kInfoField_ComponentMetadataInstanceId:
+            return &m_componentMetadataInstanceId;
+        case kInfoField_MarkerID:
+            return &m_markerID;
     }
     return nullptr;
 }

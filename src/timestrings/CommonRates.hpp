@@ -26,28 +26,42 @@ template <class Convert>
     using One = Constant<1>;
     if (ticksPerSecond == Ticks::value && denominator == 1) {
         switch (numerator) {
-            case 1: return convert(One{}, One{}, Ticks{});
-            case 24: return convert(Constant<24>{}, One{}, Ticks{});
-            case 25: return convert(Constant<25>{}, One{}, Ticks{});
-            case 30: return convert(Constant<30>{}, One{}, Ticks{});
-            case 50: return convert(Constant<50>{}, One{}, Ticks{});
-            case 60: return convert(Constant<60>{}, One{}, Ticks{});
-            case 1000: return convert(Constant<1000>{}, One{}, Ticks{});
-            case 44100: return convert(Constant<44100>{}, One{}, Ticks{});
-            case 48000: return convert(Constant<48000>{}, One{}, Ticks{});
-            default: break;
+            case 1:
+                return convert(One{}, One{}, Ticks{});
+            case 24:
+                return convert(Constant<24>{}, One{}, Ticks{});
+            case 25:
+                return convert(Constant<25>{}, One{}, Ticks{});
+            case 30:
+                return convert(Constant<30>{}, One{}, Ticks{});
+            case 50:
+                return convert(Constant<50>{}, One{}, Ticks{});
+            case 60:
+                return convert(Constant<60>{}, One{}, Ticks{});
+            case 1000:
+                return convert(Constant<1000>{}, One{}, Ticks{});
+            case 44100:
+                return convert(Constant<44100>{}, One{}, Ticks{});
+            case 48000:
+                return convert(Constant<48000>{}, One{}, Ticks{});
+            default:
+                break;
         }
     } else if (ticksPerSecond == Ticks::value && denominator == 1001) {
         using Denominator = Constant<1001>;
         switch (numerator) {
-            case 24000: return convert(Constant<24000>{}, Denominator{}, Ticks{});
-            case 30000: return convert(Constant<30000>{}, Denominator{}, Ticks{});
-            case 60000: return convert(Constant<60000>{}, Denominator{}, Ticks{});
-            default: break;
+            case 24000:
+                return convert(Constant<24000>{}, Denominator{}, Ticks{});
+            case 30000:
+                return convert(Constant<30000>{}, Denominator{}, Ticks{});
+            case 60000:
+                return convert(Constant<60000>{}, Denominator{}, Ticks{});
+            default:
+                break;
         }
     }
     return convert(numerator, denominator, ticksPerSecond);
 }
 
-}  // namespace timestrings
+}  // namespace gnu::visibility("hidden")]]timestrings
 }  // namespace keltemporalxmp

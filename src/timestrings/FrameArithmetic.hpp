@@ -91,5 +91,5 @@ enum class Reduction { kAnyNumeratorButOne, kNumeratorsAboveOne };
     return negative ? WrappingNegate(frames) : frames;
 }
 
-}  // namespace timestrings
+}  // namespace gnu::visibility("hidden")]]timestrings
 }  // namespace keltemporalxmp

@@ -11,8 +11,7 @@ using timestrings::ParseInteger;
 using timestrings::SplitAtSoleSeparator;
 using timestrings::SplitText;
 
-void XMPDocOpsTemporal::CreateExternalFrameRateString(std::string* frameRateString,
-                                                      std::int64_t frameRateNumerator,
+void XMPDocOpsTemporal::CreateExternalFrameRateString(std::string* frameRateString, std::int64_t frameRateNumerator,
                                                       std::int64_t frameRateDenominator) {
     std::string& output = Required(frameRateString, "CreateExternalFrameRateString", "output string");
     char text[timestrings::kMaxRateTextLength];
@@ -20,8 +19,7 @@ void XMPDocOpsTemporal::CreateExternalFrameRateString(std::string* frameRateStri
     output.assign(text, end);
 }
 
-void XMPDocOpsTemporal::ParseExternalFrameRateString(const char* frameRateString,
-                                                     std::int64_t* frameRateNumerator,
+void XMPDocOpsTemporal::ParseExternalFrameRateString(const char* frameRateString, std::int64_t* frameRateNumerator,
                                                      std::int64_t* frameRateDenominator) {
     constexpr const char* operation = "ParseExternalFrameRateString";
     std::int64_t& numerator = Required(frameRateNumerator, operation, "frame-rate numerator");

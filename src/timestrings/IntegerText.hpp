@@ -92,5 +92,5 @@ inline SplitText SplitAtSoleSeparator(std::string_view text, char separator) noe
     return {true, true, text.substr(0, at), text.substr(at + 1)};
 }
 
-}  // namespace timestrings
+}  // namespace gnu::visibility("hidden")]]timestrings
 }  // namespace keltemporalxmp

@@ -51,8 +51,7 @@ Rate ExactRateFor(std::int64_t ticks, Rate rate, bool wholeNumberRate) {
 
 char* WritePartTime(char* first, std::int64_t ticks, Rate rate) {
     const bool wholeSeconds = rate.numerator == 1 && rate.denominator == 1;
-    return timestrings::WriteTimeText(first, ticks, rate.numerator, rate.denominator, kTicksPerSecond,
-                                      !wholeSeconds);
+    return timestrings::WriteTimeText(first, ticks, rate.numerator, rate.denominator, kTicksPerSecond, !wholeSeconds);
 }
 
 // Where `letter` last occurs in `text`, if it does; the C library's search is
@@ -130,8 +129,7 @@ void ReadTimeValue(std::string_view timeValue, const PartTimes& times, std::int6
 void XMPDocOpsTemporal::CreatePartString(std::string* partString, std::int64_t startTime,
                                          std::int64_t startTimeNumerator, std::int64_t startTimeDenominator,
                                          std::int64_t duration, std::int64_t durationNumerator,
-                                         std::int64_t durationDenominator, std::int64_t noDuration,
-                                         const char* path) {
+                                         std::int64_t durationDenominator, std::int64_t noDuration, const char* path) {
     std::string& output = Required(partString, "CreatePartString", "output string");
     const Rate givenStartRate = RateOrSeconds(startTimeNumerator, startTimeDenominator);
     // The duration too switches to ticks only when the start's rate, not its own, is whole.
@@ -160,11 +158,10 @@ void XMPDocOpsTemporal::CreatePartString(std::string* partString, std::int64_t s
     output.append(text, end);
 }
 
-void XMPDocOpsTemporal::ParsePart(const char* partString, std::int64_t* startTime,
-                                  std::int64_t* startTimeNumerator, std::int64_t* startTimeDenominator,
-                                  std::int64_t* duration, std::int64_t* durationNumerator,
-                                  std::int64_t* durationDenominator, std::int64_t defaultDuration,
-                                  std::string* path) {
+void XMPDocOpsTemporal::ParsePart(const char* partString, std::int64_t* startTime, std::int64_t* startTimeNumerator,
+                                  std::int64_t* startTimeDenominator, std::int64_t* duration,
+                                  std::int64_t* durationNumerator, std::int64_t* durationDenominator,
+                                  std::int64_t defaultDuration, std::string* path) {
     constexpr const char* operation = "ParsePart";
     const PartTimes times{&Required(startTime, operation, "start time"),
                           &Required(startTimeNumerator, operation, "start numerator"),
@@ -181,8 +178,7 @@ void XMPDocOpsTemporal::ParsePart(const char* partString, std::int64_t* startTim
     const std::string_view text = TextOrEmpty(partString);
     const std::size_t lastSlash = FindLast(text, '/');
     const bool hasPath = lastSlash != std::string_view::npos;
-    const std::optional<std::string_view> timeValue =
-        FindTimeValue(hasPath ? text.substr(lastSlash + 1) : text);
+    const std::optional<std::string_view> timeValue = FindTimeValue(hasPath ? text.substr(lastSlash + 1) : text);
     if (!timeValue) {
         pathOutput.assign(text);
         return;

@@ -36,12 +36,12 @@ std::int64_t XMPDocOpsTemporal::ConvertExternalTimeStringToTicks(const char* tim
 
 void XMPDocOpsTemporal::ConvertTicksToExternalTimeString(std::string* timeString, std::int64_t ticks,
                                                          std::int64_t frameRateNumerator,
-                                                         std::int64_t frameRateDenominator,
-                                                         std::int64_t ticksPerSecond, bool appendFrameRate) {
+                                                         std::int64_t frameRateDenominator, std::int64_t ticksPerSecond,
+                                                         bool appendFrameRate) {
     std::string& output = Required(timeString, "ConvertTicksToExternalTimeString", "output string");
     char text[timestrings::kMaxTimeTextLength];
-    char* end = timestrings::WriteTimeText(text, ticks, frameRateNumerator, frameRateDenominator,
-                                                 ticksPerSecond, appendFrameRate);
+    char* end = timestrings::WriteTimeText(text, ticks, frameRateNumerator, frameRateDenominator, ticksPerSecond,
+                                           appendFrameRate);
     output.assign(text, end);
 }
 

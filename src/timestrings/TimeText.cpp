@@ -16,8 +16,7 @@ namespace {
 constexpr std::string_view kMaximumText = "maximum";
 
 [[noreturn]] void ThrowUnusableRate(const char* operation, const char* problem, std::int64_t numerator,
-                                    std::int64_t denominator, std::int64_t ticksPerSecond,
-                                    const std::string& subject) {
+                                    std::int64_t denominator, std::int64_t ticksPerSecond, const std::string& subject) {
     const std::string message = std::string(operation) + ": " + problem + " in frame rate " +
                                 std::to_string(numerator) + "/" + std::to_string(denominator) + " at " +
                                 std::to_string(ticksPerSecond) + " ticks per second, converting " + subject;
@@ -99,10 +98,9 @@ char* WriteTimeText(char* first, std::int64_t ticks, std::int64_t numerator, std
         return first + 1;
     }
     CheckWritingRate(ticks, numerator, denominator, ticksPerSecond);
-    const std::optional<std::int64_t> frames =
-        AtCommonRate(numerator, denominator, ticksPerSecond, [ticks](auto rateN, auto rateD, auto rateTicks) {
-            return TicksToFrames(ticks, rateN, rateD, rateTicks);
-        });
+    const std::optional<std::int64_t> frames = AtCommonRate(
+        numerator, denominator, ticksPerSecond,
+        [ticks](auto rateN, auto rateD, auto rateTicks) { return TicksToFrames(ticks, rateN, rateD, rateTicks); });
     if (!frames) {
         ThrowUnusableWritingRate("less than one tick per frame", ticks, numerator, denominator, ticksPerSecond);
     }

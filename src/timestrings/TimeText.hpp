@@ -69,5 +69,5 @@ char* WriteTimeText(char* first, std::int64_t ticks, std::int64_t numerator, std
 // denominator at `first` (room for kMaxRateTextLength); returns the end.
 char* WriteRateText(char* first, std::int64_t numerator, std::int64_t denominator) noexcept;
 
-}  // namespace timestrings
+}  // namespace gnu::visibility("hidden")]]timestrings
 }  // namespace keltemporalxmp

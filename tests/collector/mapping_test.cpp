@@ -26,16 +26,22 @@ TEST(CollectorRange, MarkersOfTheDocumentAgainstTheRange) {
         std::int64_t m_duration;
         Lines m_expected;
     } cases[] = {
-        {"[10, 20)", 10 * S, 10 * S,
+        {"[10, 20)",
+         10 * S,
+         10 * S,
          {"straddlesStart 9 2 | 10 1 | doc linear", "zeroLength 12 0 | 12 0 | doc linear",
           "inside 13 1 | 13 1 | doc linear", "straddlesEnd 19 3 | 19 1 | doc linear"}},
-        {"counted back from 20", 20 * S, -10 * S,
+        {"counted back from 20",
+         20 * S,
+         -10 * S,
          {"straddlesStart 9 2 | 10 1 | doc linear", "zeroLength 12 0 | 12 0 | doc linear",
           "inside 13 1 | 13 1 | doc linear", "straddlesEnd 19 3 | 19 1 | doc linear"}},
-        {"no end", 10 * S, kUnspecified,
+        {"no end",
+         10 * S,
+         kUnspecified,
          {"straddlesStart 9 2 | 10 1 | doc linear", "zeroLength 12 0 | 12 0 | doc linear",
-          "inside 13 1 | 13 1 | doc linear", "straddlesEnd 19 3 | 19 3 | doc linear",
-          "atEnd 20 0 | 20 0 | doc linear", "after 25 1 | 25 1 | doc linear"}},
+          "inside 13 1 | 13 1 | doc linear", "straddlesEnd 19 3 | 19 3 | doc linear", "atEnd 20 0 | 20 0 | doc linear",
+          "after 25 1 | 25 1 | doc linear"}},
         {"a marker's own start and end", 12 * S, S, {"zeroLength 12 0 | 12 0 | doc linear"}},
         {"empty", 12 * S, 0, {}},
     };
@@ -61,10 +67,10 @@ TEST(CollectorRange, MarkerKeepsItsTextsAndCuePoints) {
     XMPDocOpsTemporal doc;
     doc.OpenXMP(&meta, "");
     XMPTrack track("Notes", "Comment", 25, 1);
-    track.AddMarker(XMPTemporalMetadataInfo("m", "a comment", S, S, "Chapter", "loc", "tgt", "Event",
-                                            {XMPCuePointParam("keywordExtKELv1_k", "not json"),
-                                             XMPCuePointParam("scene", "2")},
-                                            "Ann", "0.5", "first", nullptr));
+    track.AddMarker(
+        XMPTemporalMetadataInfo("m", "a comment", S, S, "Chapter", "loc", "tgt", "Event",
+                                {XMPCuePointParam("keywordExtKELv1_k", "not json"), XMPCuePointParam("scene", "2")},
+                                "Ann", "0.5", "first", nullptr));
     doc.AddTrack("Notes", track);
     doc.PrepareForSave("");
 
@@ -110,18 +116,21 @@ TEST(CollectorChain, ReversedAndScaledIngredientsMapOntoTheTopTimeline) {
         unsigned char m_mask;
         Lines m_expected;
     } cases[] = {
-        {200, C::kDefaultCollectionMask,
+        {200,
+         C::kDefaultCollectionMask,
          {"Base Document 0 200 | 0 200 | top linear", "t 5 1 | 5 1 | top linear",
           "ComponentMetadata 100 10 | 100 10 | mid linear-reversed", "b 103 0 | 103 0 | leaf linear-reversed",
           "c 107.5 -1 | 107.5 -1 | mid linear-reversed", "a 108 -1 | 108 -1 | leaf linear-reversed",
           "ComponentMetadata 110 -10 | 110 -10 | leaf linear-reversed"}},
         // The range end cuts through every level.
-        {106, C::kDefaultCollectionMask,
+        {106,
+         C::kDefaultCollectionMask,
          {"Base Document 0 106 | 0 106 | top linear", "t 5 1 | 5 1 | top linear",
           "ComponentMetadata 100 10 | 100 6 | mid linear-reversed", "b 103 0 | 103 0 | leaf linear-reversed",
           "ComponentMetadata 110 -10 | 106 -6 | leaf linear-reversed"}},
         // Reversed components can start from their far end.
-        {200, C::kCollectComponentMetadata | C::kReversedComponentFromEnd,
+        {200,
+         C::kCollectComponentMetadata | C::kReversedComponentFromEnd,
          {"ComponentMetadata 100 10 | 100 10 | leaf linear-reversed",
           "ComponentMetadata 110 -10 | 110 -10 | mid linear-reversed"}},
     };

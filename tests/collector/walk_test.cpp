@@ -92,7 +92,7 @@ TEST(CollectorWalk, MalformedItemsAreSkipped) {
     top.AppendArrayItem(kXMP_NS_XMP_MM, list.c_str(), 0, "not a struct");
     AppendUse(top, list, "", "time:0d1", "time:0d1");
     AppendUse(top, list, "xmp.iid:leaf", "time:0f0d10", "time:0d10");  // zero rate
-    AppendUse(top, list, "xmp.iid:leaf", "time:2d0", "time:0d10");  // nothing stretched over something
+    AppendUse(top, list, "xmp.iid:leaf", "time:2d0", "time:0d10");     // nothing stretched over something
     AppendUse(top, list, "xmp.iid:nowhere", "time:0d1", "time:0d1");
     top.AppendArrayItem(kXMP_NS_XMP_MM, "xmpMM:Pantry", 0, "not a struct");
     top.AppendArrayItem(kXMP_NS_XMP_MM, "xmpMM:Pantry", 0, "", kXMP_PropValueIsStruct);
@@ -135,8 +135,7 @@ void ExpectWalkError(const SXMPMeta& meta, unsigned char mask, const std::string
 // chain, so the no-repeat mode does not end it; the depth bound does.
 TEST(CollectorDepth, CycleThroughThePantryStopsAtTheBound) {
     SXMPMeta top = TwoUses();
-    AppendUse(top, PantryPath(top, "xmp.iid:leaf") + "/xmpMM:Ingredients", "xmp.iid:leaf", "time:0d10",
-              "time:0d10");
+    AppendUse(top, PantryPath(top, "xmp.iid:leaf") + "/xmpMM:Ingredients", "xmp.iid:leaf", "time:0d10", "time:0d10");
     for (const int mask : {0x0F, 0x7F}) {
         ExpectWalkError(top, static_cast<unsigned char>(mask), "\"xmp.iid:leaf\"");
     }
@@ -155,8 +154,8 @@ SXMPMeta PantryChain(int count, std::initializer_list<const char*> toParts) {
                            ("xmp.iid:n" + std::to_string(n)).c_str());
         for (const char* toPart : toParts) {
             if (n < count) {
-                AppendUse(top, item + "/xmpMM:Ingredients", ("xmp.iid:n" + std::to_string(n + 1)).c_str(),
-                          "time:0d10", toPart);
+                AppendUse(top, item + "/xmpMM:Ingredients", ("xmp.iid:n" + std::to_string(n + 1)).c_str(), "time:0d10",
+                          toPart);
             }
         }
     }

@@ -38,8 +38,8 @@ inline std::vector<std::string> TrackNodes(const SXMPMeta& meta) {
 
 // A marker with the given texts; every other text empty, no rates of its own.
 inline XMPTemporalMetadataInfo Marker(const char* name, std::int64_t start, std::int64_t duration = 0,
-                                      const std::vector<XMPCuePointParam>& params = {},
-                                      const char* markerID = nullptr, const char* type = "") {
+                                      const std::vector<XMPCuePointParam>& params = {}, const char* markerID = nullptr,
+                                      const char* type = "") {
     return XMPTemporalMetadataInfo(name, "", start, duration, type, "", "", "", params, "", "", markerID, nullptr);
 }
 

@@ -62,8 +62,14 @@ TEST(Document, ChangedTrackListStaysChangedAndIsWrittenOnEverySave) {
 TEST(Document, EveryTrackEditMarksTheListChanged) {
     const std::string kind = "Kind", other = "Other";
     const std::vector<bool (*)(XMPDocOpsTemporal&)> edits = {
-        [](XMPDocOpsTemporal& doc) { doc.AddTrack("n", XMPTrack()); return true; },
-        [](XMPDocOpsTemporal& doc) { doc.DeleteAllTracks(); return true; },
+        [](XMPDocOpsTemporal& doc) {
+            doc.AddTrack("n", XMPTrack());
+            return true;
+        },
+        [](XMPDocOpsTemporal& doc) {
+            doc.DeleteAllTracks();
+            return true;
+        },
         [](XMPDocOpsTemporal& doc) { return doc.DeleteTrack(&*doc.TrackListIteratorBegin()); },
     };
     for (const auto& edit : edits) {

@@ -12,11 +12,10 @@ using Nodes = std::vector<std::string>;
 
 TEST(TrackLayout, EveryFieldInOrderWithTheTypeOfTheTrackLeftOut) {
     XMPTrack track("Chapters", "Chapter", 25, 1);
-    track.AddMarker(XMPTemporalMetadataInfo("Intro", "first words", 2 * kSecond, kSecond, "Chapter", "here",
-                                            "there", "Event", {XMPCuePointParam("k", "v")}, "Ann", "0.5",
-                                            "id-1", nullptr));
-    track.AddMarker(XMPTemporalMetadataInfo("Aside", "", 3 * kSecond, 0, "Note", "", "", "", {}, "", "", nullptr,
-                                            nullptr));
+    track.AddMarker(XMPTemporalMetadataInfo("Intro", "first words", 2 * kSecond, kSecond, "Chapter", "here", "there",
+                                            "Event", {XMPCuePointParam("k", "v")}, "Ann", "0.5", "id-1", nullptr));
+    track.AddMarker(
+        XMPTemporalMetadataInfo("Aside", "", 3 * kSecond, 0, "Note", "", "", "", {}, "", "", nullptr, nullptr));
     SXMPMeta meta;
     WriteTracks(meta, {track});
     EXPECT_EQ(TrackNodes(meta), (Nodes{
@@ -77,17 +76,13 @@ TEST(TrackLayout, MarkerTimesAtTheTrackRateOrTheirOwn) {
         const char* start;
         const char* duration;
     } cases[] = {
-        {0, 0, "50", "25"},
-        {25, 1, "50", "25"},
-        {0, 1, "50", "25"},
-        {50, 1, "100f50", "50f50"},
-        {25, 2, "25f25s2", "13f25s2"},  // 12.5 frames: halves round up
+        {0, 0, "50", "25"},         {25, 1, "50", "25"},           {0, 1, "50", "25"},
+        {50, 1, "100f50", "50f50"}, {25, 2, "25f25s2", "13f25s2"},  // 12.5 frames: halves round up
     };
     for (const auto& c : cases) {
         XMPTrack track("T", 25, 1);
-        track.AddMarker(XMPTemporalMetadataInfo("m", "", 2 * kSecond, c.numerator, c.denominator, kSecond,
-                                                c.numerator, c.denominator, "", "", "", "", {}, "", "", nullptr,
-                                                nullptr));
+        track.AddMarker(XMPTemporalMetadataInfo("m", "", 2 * kSecond, c.numerator, c.denominator, kSecond, c.numerator,
+                                                c.denominator, "", "", "", "", {}, "", "", nullptr, nullptr));
         SXMPMeta meta;
         WriteTracks(meta, {track});
         std::string start;

@@ -177,9 +177,8 @@ TEST(TrackReading, FirstMarkerGuidWinsAndIsNotACuePoint) {
     SXMPMeta meta;
     WriteTracks(meta, {[] {
                     XMPTrack track;
-                    track.AddMarker(Marker("m", 0, 0,
-                                           {XMPCuePointParam("marker_guid", "first"), XMPCuePointParam("k", "v")},
-                                           "second"));
+                    track.AddMarker(Marker(
+                        "m", 0, 0, {XMPCuePointParam("marker_guid", "first"), XMPCuePointParam("k", "v")}, "second"));
                     return track;
                 }()});
     const std::vector<XMPTrack> tracks = ReadTracks(meta);

@@ -58,7 +58,7 @@ TEST(ComposedDocument, TwoLevelsSurviveAPacketRoundTrip) {
     EXPECT_EQ(Column(reader, I::kIngredientFieldKey),
               (std::vector<std::string>{"xmp.iid:i/time:0d60", "xmp.iid:leaf/time:0d1"}));
     EXPECT_FALSE(reader.IsDirty());
-    reader.RemoveIngredient(0);  // reads the pantry, removes nothing
+    reader.RemoveIngredient(0);     // reads the pantry, removes nothing
     EXPECT_TRUE(reader.IsDirty());  // a pantry read is written again
     reread.DeleteProperty(kXMP_NS_XMP_MM, "xmpMM:Pantry");
     reader.PrepareForSave("");
@@ -96,15 +96,40 @@ TEST(ComposedDocument, FlatteningMapsNestedIngredientsInsideTheUsedSpan) {
         std::vector<std::string> nestedUses;
     };
     const Case cases[] = {
-        {"linear", 15, 25, 100, 25, "linear", false,
+        {"linear",
+         15,
+         25,
+         100,
+         25,
+         "linear",
+         false,
          {Use("xmp.iid:n1", 5, 5, 100, 5, "linear", "None"),
           Use("xmp.iid:n3", 100, 10, 105, 10, "linear-reversed", "None")}},
-        {"reversed and masked", 15, 25, 100, 25, "linear-reversed", true,
+        {"reversed and masked",
+         15,
+         25,
+         100,
+         25,
+         "linear-reversed",
+         true,
          {Use("xmp.iid:n1", 5, 5, 120, 5, "linear-reversed", "All"),
           Use("xmp.iid:n3", 100, 10, 110, 10, "linear", "All")}},
-        {"half speed", 10, 20, 0, 10, "linear", false,
-         {Use("xmp.iid:n1", 0, 10, 0, 5, "linear", "None"), Use("xmp.iid:n3", 100, 10, 5, 5, "linear-reversed", "None")}},
-        {"part of a reversed one", 25, 10, 0, 10, "linear", false,
+        {"half speed",
+         10,
+         20,
+         0,
+         10,
+         "linear",
+         false,
+         {Use("xmp.iid:n1", 0, 10, 0, 5, "linear", "None"),
+          Use("xmp.iid:n3", 100, 10, 5, 5, "linear-reversed", "None")}},
+        {"part of a reversed one",
+         25,
+         10,
+         0,
+         10,
+         "linear",
+         false,
          {Use("xmp.iid:n3", 100, 5, 0, 5, "linear-reversed", "None")}},
         {"outside every nested span", 60, 10, 0, 10, "linear", false, {}},
     };
@@ -113,8 +138,8 @@ TEST(ComposedDocument, FlatteningMapsNestedIngredientsInsideTheUsedSpan) {
         SXMPMeta meta;
         XMPDocOpsTemporal doc;
         doc.OpenXMP(&meta, "");
-        doc.AddIngredientXMPTemporal(intermediate, c.fromStart * S, 1, 1, c.fromDuration * S, 1, 1, c.toStart * S, 1,
-                                     1, c.toDuration * S, 1, 1, "", "", c.mapping, c.mask, true);
+        doc.AddIngredientXMPTemporal(intermediate, c.fromStart * S, 1, 1, c.fromDuration * S, 1, 1, c.toStart * S, 1, 1,
+                                     c.toDuration * S, 1, 1, "", "", c.mapping, c.mask, true);
         std::vector<std::string> uses = Uses(doc);
         ASSERT_FALSE(uses.empty()) << c.name;
         EXPECT_EQ(uses.front(), Use("xmp.iid:i", c.fromStart, c.fromDuration, c.toStart, c.toDuration, c.mapping,
@@ -171,8 +196,9 @@ TEST(ComposedDocument, PacketOfAnotherWriterReadsWhatCanBeRead) {
 
     // Flattened, the items whose parts can be placed come along; the zero-rate one cannot.
     XMPDocOpsTemporal user;
-    user.AddIngredientXMPTemporal(SXMPMeta(kForeignPacket, static_cast<XMP_StringLen>(std::string(kForeignPacket).size())),
-                                  0, 1, 1, 20 * S, 1, 1, 0, 1, 1, 20 * S, 1, 1, "", "", "", false, true);
+    user.AddIngredientXMPTemporal(
+        SXMPMeta(kForeignPacket, static_cast<XMP_StringLen>(std::string(kForeignPacket).size())), 0, 1, 1, 20 * S, 1, 1,
+        0, 1, 1, 20 * S, 1, 1, "", "", "", false, true);
     EXPECT_EQ(Ingredients(user).size(), 4u);
 }
 

@@ -54,8 +54,8 @@ inline SXMPMeta SourceDocument(const char* instanceID, const char* title) {
     XMPDocOpsTemporal doc;
     doc.OpenXMP(&meta, "");
     keltemporalxmp::XMPTrack track("Markers", 25, 1);
-    track.AddMarker(keltemporalxmp::XMPTemporalMetadataInfo("m", "", S, S, "Comment", "", "", "", {}, "", "",
-                                                            "guid-1", nullptr));
+    track.AddMarker(
+        keltemporalxmp::XMPTemporalMetadataInfo("m", "", S, S, "Comment", "", "", "", {}, "", "", "guid-1", nullptr));
     doc.AddTrack("Markers", track);
     doc.PrepareForSave("");
     return meta;

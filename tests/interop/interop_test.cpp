@@ -84,11 +84,10 @@ TEST_F(ExiftoolInterop, ExiftoolReadsWhatTheToolWrites) {
 
 TEST_F(ExiftoolInterop, TheToolReadsTracksThatExiftoolWrites) {
     const ToolResult written = RunProgram(
-        "exiftool",
-        {"-q", "-o", Path("written.xmp"),
-         "-XMP-xmpDM:Tracks=[{TrackName=Chapters,TrackType=Chapter,FrameRate=f30000s1001,Markers=["
-         "{StartTime=1800,Duration=30,Name=Intro,Comment=Hello,CuePointParams=[{Key=speaker,Value=Ann}]},"
-         "{StartTime=10,Name=Early,Type=Note}]}]"});
+        "exiftool", {"-q", "-o", Path("written.xmp"),
+                     "-XMP-xmpDM:Tracks=[{TrackName=Chapters,TrackType=Chapter,FrameRate=f30000s1001,Markers=["
+                     "{StartTime=1800,Duration=30,Name=Intro,Comment=Hello,CuePointParams=[{Key=speaker,Value=Ann}]},"
+                     "{StartTime=10,Name=Early,Type=Note}]}]"});
     ASSERT_EQ(written.status, 0) << written.err;
 
     const JSONValue markers = ParsedOutput(RunTool({"markers", Path("written.xmp"), "--json"}))["files"][0]["markers"];

@@ -6,8 +6,8 @@
 #include <kelcore/DebugDatabase.hpp>
 #include <keltemporalxmp/markers.hpp>
 
-using keltemporalxmp::Marker;
 using kelmediatypes::TickTime;
+using keltemporalxmp::Marker;
 
 namespace {
 
@@ -50,10 +50,22 @@ const std::pair<const char*, std::function<void(Marker&)>> kChanges[] = {
     {"speaker", [](Marker& m) { m.SetSpeaker(u"Bob"); }},
     {"probability", [](Marker& m) { m.SetProbability(u"0.90"); }},
     {"cue: type", [](Marker& m) { m.SetCuePointType(u"Navigation"); }},
-    {"cue: value", [](Marker& m) { m.SetCuePointList({{u"a", u"1"}, {u"b", u"3"}}); }},
-    {"cue: key", [](Marker& m) { m.SetCuePointList({{u"a", u"1"}, {u"c", u"2"}}); }},
-    {"cue: count", [](Marker& m) { m.SetCuePointList({{u"a", u"1"}}); }},
-    {"cue: repeated key", [](Marker& m) { m.SetCuePointList({{u"a", u"1"}, {u"a", u"2"}}); }},
+    {"cue: value",
+     [](Marker& m) {
+         m.SetCuePointList({{u"a", u"1"}, {u"b", u"3"}});
+     }},
+    {"cue: key",
+     [](Marker& m) {
+         m.SetCuePointList({{u"a", u"1"}, {u"c", u"2"}});
+     }},
+    {"cue: count",
+     [](Marker& m) {
+         m.SetCuePointList({{u"a", u"1"}});
+     }},
+    {"cue: repeated key",
+     [](Marker& m) {
+         m.SetCuePointList({{u"a", u"1"}, {u"a", u"2"}});
+     }},
 };
 
 }  // namespace

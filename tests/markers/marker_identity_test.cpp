@@ -5,8 +5,8 @@
 
 #include <keltemporalxmp/markers.hpp>
 
-using keltemporalxmp::Marker;
 using kelcore::Guid;
+using keltemporalxmp::Marker;
 
 namespace {
 

@@ -6,12 +6,12 @@
 
 #include <keltemporalxmp/markers.hpp>
 
+using kelmediatypes::TickTime;
 using keltemporalxmp::Marker;
 using keltemporalxmp::MarkerList;
 using keltemporalxmp::ReadAllMarkers;
 using keltemporalxmp::UTF16String;
 using keltemporalxmp::WriteAllMarkers;
-using kelmediatypes::TickTime;
 
 namespace {
 
@@ -65,8 +65,8 @@ TEST(MarkerList, EveryFieldComesBackInAnyScript) {
 
 TEST(MarkerList, OneTrackPerTypeInTypeOrderThenStartOrder) {
     // UTF-16 order puts the emoji (D83D DE00) before U+FF5E; UTF-8 order would not.
-    const MarkerList input = {MakeMarker(u"Speech", 40, u"s40"),   MakeMarker(u"Chapter", 30, u"c30a"),
-                              MakeMarker(u"～", 1, u"wave"),       MakeMarker(u"Chapter", 10, u"c10"),
+    const MarkerList input = {MakeMarker(u"Speech", 40, u"s40"),      MakeMarker(u"Chapter", 30, u"c30a"),
+                              MakeMarker(u"～", 1, u"wave"),          MakeMarker(u"Chapter", 10, u"c10"),
                               MakeMarker(u"\U0001F600", 5, u"smile"), MakeMarker(u"Chapter", 30, u"c30b"),
                               MakeMarker(u"Speech", 0, u"s0")};
     SXMPMeta meta;

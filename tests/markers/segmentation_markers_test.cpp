@@ -30,8 +30,8 @@ SXMPMeta PacketWithTrack(const char* trackName, std::int64_t numerator, std::int
                          const std::vector<TypedMarker>& markers = {}) {
     XMPTrack track("", "Comment", numerator, denominator);
     for (const TypedMarker& marker : markers) {
-        track.AddMarker(XMPTemporalMetadataInfo("", "", marker.start, marker.duration, marker.type, "", "", "", {},
-                                                "", "", nullptr, nullptr));
+        track.AddMarker(XMPTemporalMetadataInfo("", "", marker.start, marker.duration, marker.type, "", "", "", {}, "",
+                                                "", nullptr, nullptr));
     }
     SXMPMeta meta;
     XMPDocOpsTemporal doc;
@@ -48,7 +48,9 @@ TEST(SegmentationMarkers, FrameDurationOfTheMarkersTrack) {
         std::int64_t numerator;
         std::int64_t denominator;
         std::int64_t frameDuration;
-    } cases[] = {{25, 1, 10160640000}, {30000, 1001, 8475667200}, {1, 1, 254016000000},
+    } cases[] = {{25, 1, 10160640000},
+                 {30000, 1001, 8475667200},
+                 {1, 1, 254016000000},
                  {254016000001, 1, kUnknown}};  // shorter than a tick
     for (const auto& rate : cases) {
         const SXMPMeta meta = PacketWithTrack("Markers", rate.numerator, rate.denominator);

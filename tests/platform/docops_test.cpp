@@ -75,9 +75,10 @@ TEST(DocOps, SavesRecordNotedPartsAndAnswerPartQueries) {
         std::vector<XMP_StringPtr> parts;
         std::string changeID;
     } changeIDs[] = {
-        {{"/metadata"}, save2},       {{"/metadata/xmpDM"}, save2},     {{"/content/audio"}, save2},
-        {{"/content"}, save3},        {{"/content/video/left"}, save3}, {{"/"}, save3},
-        {{"/thumbnail"}, save1},      {{"/metadata", "/content/audio"}, save2},
+        {{"/metadata"}, save2},           {{"/metadata/xmpDM"}, save2},
+        {{"/content/audio"}, save2},      {{"/content"}, save3},
+        {{"/content/video/left"}, save3}, {{"/"}, save3},
+        {{"/thumbnail"}, save1},          {{"/metadata", "/content/audio"}, save2},
     };
     for (const auto& row : changeIDs) {
         std::string id;
@@ -90,12 +91,17 @@ TEST(DocOps, SavesRecordNotedPartsAndAnswerPartQueries) {
         std::vector<XMP_StringPtr> parts;
         bool changed;
     } hasChanged[] = {
-        {save2, {"/metadata"}, false},  {save2, {"/content/video"}, true}, {save2, {"/content/audio"}, false},
-        {save1, {"/metadata"}, true},   {save3, {"/"}, false},             {save2, {"/metadata", "/content"}, true},
+        {save2, {"/metadata"}, false},
+        {save2, {"/content/video"}, true},
+        {save2, {"/content/audio"}, false},
+        {save1, {"/metadata"}, true},
+        {save3, {"/"}, false},
+        {save2, {"/metadata", "/content"}, true},
         {"xmp.iid:unknown", {"/metadata"}, true},
     };
     for (const auto& row : hasChanged)
-        EXPECT_EQ(doc.HasPartChanged(row.since.c_str(), row.parts), row.changed) << row.since << " " << row.parts.back();
+        EXPECT_EQ(doc.HasPartChanged(row.since.c_str(), row.parts), row.changed)
+            << row.since << " " << row.parts.back();
 }
 
 TEST(DocOps, BranchXMPMakesAnIndependentDerivedDocument) {

@@ -100,8 +100,8 @@ TEST_F(ExempiTraits, ParsingMakesALoneLanguageAgreeWithTheDefault) {
 // localized-text calls are not a copy: they invent an x-default and rewrite
 // items that share the old default's value.
 TEST_F(ExempiTraits, AltTextCopiesItemByItemNotThroughLocalizedText) {
-    const XMP_OptionBits altText = kXMP_PropArrayIsAltText | kXMP_PropArrayIsAlternate | kXMP_PropArrayIsOrdered |
-                                   kXMP_PropValueIsArray;
+    const XMP_OptionBits altText =
+        kXMP_PropArrayIsAltText | kXMP_PropArrayIsAlternate | kXMP_PropArrayIsOrdered | kXMP_PropValueIsArray;
     const char* const items[][2] = {{"de", "Hallo"}, {"x-default", "Hello"}, {"en", "Hello"}};
     int index = 1;
     for (const auto& [lang, value] : items) {

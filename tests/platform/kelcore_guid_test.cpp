@@ -11,7 +11,8 @@ using kelcore::Guid;
 TEST(KelcoreGuid, ParsesEveryAcceptedFormAndRejectsTheRest) {
     EXPECT_EQ(Guid().AsUTF8String(), "00000000-0000-0000-0000-000000000000");
     const std::string canonical = "0123abcd-4567-89ef-0a1b-2c3d4e5f6a7b";
-    for (const std::string& text : {canonical, "{" + canonical + "}", std::string("{0123aBcD-4567-89EF-0A1B-2c3d4e5f6a7b}")}) {
+    for (const std::string& text :
+         {canonical, "{" + canonical + "}", std::string("{0123aBcD-4567-89EF-0A1B-2c3d4e5f6a7b}")}) {
         EXPECT_TRUE(Guid::IsParsableGuidString(text)) << text;
         EXPECT_EQ(Guid(text).AsUTF8String(), canonical);
     }

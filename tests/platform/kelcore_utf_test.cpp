@@ -8,14 +8,22 @@ namespace {
 
 // Each invalid input with its replaced form and the offset of its first bad unit.
 const std::tuple<std::string, std::u16string, std::size_t> kInvalidUTF8[] = {
-    {"\xFF", u"\uFFFD", 0},          {"ab\x80", u"ab\uFFFD", 2},            {"x\xC3", u"x\uFFFD", 1},
-    {"\xE2\x82z", u"\uFFFDz", 0},    {"\xC0\xAF!", u"\uFFFD!", 0},          {"\xED\xA0\x80", u"\uFFFD", 0},
-    {"ok\xF4\x90\x80\x80", u"ok\uFFFD", 2}, {"\xC3\xA9\xFF\xE2\x82\xAC\xFE", u"\u00E9\uFFFD\u20AC\uFFFD", 2},
+    {"\xFF", u"\uFFFD", 0},
+    {"ab\x80", u"ab\uFFFD", 2},
+    {"x\xC3", u"x\uFFFD", 1},
+    {"\xE2\x82z", u"\uFFFDz", 0},
+    {"\xC0\xAF!", u"\uFFFD!", 0},
+    {"\xED\xA0\x80", u"\uFFFD", 0},
+    {"ok\xF4\x90\x80\x80", u"ok\uFFFD", 2},
+    {"\xC3\xA9\xFF\xE2\x82\xAC\xFE", u"\u00E9\uFFFD\u20AC\uFFFD", 2},
 };
 
 const std::tuple<std::u16string, std::string, std::size_t> kInvalidUTF16[] = {
     {{0xD83C}, "\xEF\xBF\xBD", 0},
-    {{u'a', 0xD83C, u'b'}, "a\xEF\xBF\xBD" "b", 1},
+    {{u'a', 0xD83C, u'b'},
+     "a\xEF\xBF\xBD"
+     "b",
+     1},
     {{u'a', 0xDFAC}, "a\xEF\xBF\xBD", 1},
     {{0xDFAC, 0xD83C}, "\xEF\xBF\xBD\xEF\xBF\xBD", 0},
     {{0xD83C, 0xDFAC, 0xD83C}, "\xF0\x9F\x8E\xAC\xEF\xBF\xBD", 2},

@@ -16,8 +16,8 @@ using Info = keltemporalxmp::XMPTemporalMetadataInfo;
 constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
 
 Info MakeMarker(std::int64_t start, std::int64_t duration, const char* markerID = "id-1") {
-    return Info("name", "comment", start, duration, "Chapter", "loc", "target", "cue", {{"k1", "v1"}}, "speaker",
-                "0.5", markerID, nullptr);
+    return Info("name", "comment", start, duration, "Chapter", "loc", "target", "cue", {{"k1", "v1"}}, "speaker", "0.5",
+                markerID, nullptr);
 }
 
 TEST(MarkerRecord, NegativeDurationIsStoredForwardsWithANote) {
@@ -35,16 +35,16 @@ TEST(MarkerRecord, NegativeDurationIsStoredForwardsWithANote) {
     EXPECT_EQ(withRates.GetStartTime(), -5);
     EXPECT_EQ(withRates.GetStartTimeFrameRateNumerator(), 25);
     EXPECT_EQ(withRates.GetDurationFrameRateNumerator(), 30000);
-    const Info reportBack("ComponentMetadata", "xmp.iid:1", 10, 1, 1, -20, 1, 1, 3, 4, "linear-reversed",
-                          "xmp.iid:2", nullptr);
+    const Info reportBack("ComponentMetadata", "xmp.iid:1", 10, 1, 1, -20, 1, 1, 3, 4, "linear-reversed", "xmp.iid:2",
+                          nullptr);
     EXPECT_EQ(reportBack.GetInfoForm(), Info::kInfoForm_ComponentMetadataReportback);
     EXPECT_EQ(reportBack.GetDuration(), -20);
 }
 
 TEST(MarkerRecord, FieldSelectorsFollowTheirFixedNumbering) {
     const Info marker = MakeMarker(0, 1);
-    const char* const values[] = {"name", "comment", "", "", "", "", "Chapter", "loc",
-                                  "target", "cue", "speaker", "0.5", "", "id-1"};
+    const char* const values[] = {"name", "comment", "",    "",        "",    "", "Chapter",
+                                  "loc",  "target",  "cue", "speaker", "0.5", "", "id-1"};
     for (int field = 1; field <= 14; ++field) {
         std::string value = "previous";
         marker.GetMarkerField(&value, static_cast<Info::_infoFieldEnum>(field));

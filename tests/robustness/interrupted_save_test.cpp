@@ -66,7 +66,9 @@ std::string Packet(const SXMPMeta& meta) {
 }
 
 // A history the save cannot append its event to.
-void MendHistory(SXMPMeta& meta) { meta.DeleteProperty(kXMP_NS_XMP_MM, "xmpMM:History"); }
+void MendHistory(SXMPMeta& meta) {
+    meta.DeleteProperty(kXMP_NS_XMP_MM, "xmpMM:History");
+}
 void BreakHistory(SXMPMeta& meta) {
     MendHistory(meta);
     meta.SetProperty(kXMP_NS_XMP_MM, "xmpMM:History", "not an array");

@@ -68,8 +68,7 @@ std::vector<std::string> Lines(const std::string& text) {
 
 ScratchDirectory::ScratchDirectory() {
     static int count = 0;
-    m_path = fs::temp_directory_path() /
-             ("keltxmp-tool-" + std::to_string(::getpid()) + "-" + std::to_string(++count));
+    m_path = fs::temp_directory_path() / ("keltxmp-tool-" + std::to_string(::getpid()) + "-" + std::to_string(++count));
     fs::create_directories(m_path);
 }
 

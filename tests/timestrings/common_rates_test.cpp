@@ -29,11 +29,10 @@ struct Rate {
 // The common rates, their neighbours (which take the general path), and the
 // common rates at another tick rate.
 const Rate kRates[] = {
-    {1, 1, kTicks},        {24, 1, kTicks},       {25, 1, kTicks},         {30, 1, kTicks},
-    {50, 1, kTicks},       {60, 1, kTicks},       {1000, 1, kTicks},       {44100, 1, kTicks},
-    {48000, 1, kTicks},    {24000, 1001, kTicks}, {30000, 1001, kTicks},   {60000, 1001, kTicks},
-    {26, 1, kTicks},       {30000, 1000, kTicks}, {29, 1, kTicks},         {-25, 1, kTicks},
-    {25, 1, kTicks + 1},   {30000, 1001, 90000},  {kTicks, 1, kTicks},     {7, 3, kTicks},
+    {1, 1, kTicks},        {24, 1, kTicks},       {25, 1, kTicks},      {30, 1, kTicks},       {50, 1, kTicks},
+    {60, 1, kTicks},       {1000, 1, kTicks},     {44100, 1, kTicks},   {48000, 1, kTicks},    {24000, 1001, kTicks},
+    {30000, 1001, kTicks}, {60000, 1001, kTicks}, {26, 1, kTicks},      {30000, 1000, kTicks}, {29, 1, kTicks},
+    {-25, 1, kTicks},      {25, 1, kTicks + 1},   {30000, 1001, 90000}, {kTicks, 1, kTicks},   {7, 3, kTicks},
 };
 
 // Keeps the compiler from seeing the rate, so that the general path runs.
@@ -66,9 +65,9 @@ TEST(CommonRates, ReadingMatchesTheGeneralPath) {
     for (const Rate& rate : kRates) {
         for (std::int64_t frames : ValuesFor(rate)) {
             for (Reduction reduction : {Reduction::kAnyNumeratorButOne, Reduction::kNumeratorsAboveOne}) {
-                const std::int64_t common = AtCommonRate(
-                    rate.numerator, rate.denominator, rate.ticksPerSecond,
-                    [&](auto n, auto d, auto t) { return FramesToTicks(frames, n, d, t, reduction); });
+                const std::int64_t common =
+                    AtCommonRate(rate.numerator, rate.denominator, rate.ticksPerSecond,
+                                 [&](auto n, auto d, auto t) { return FramesToTicks(frames, n, d, t, reduction); });
                 const std::int64_t general = FramesToTicks(frames, Hidden(rate.numerator), Hidden(rate.denominator),
                                                            Hidden(rate.ticksPerSecond), reduction);
                 EXPECT_EQ(common, general) << frames << " frames at " << rate.numerator << "/" << rate.denominator;

@@ -26,11 +26,21 @@ TEST(FrameRateStringRead, NotationsAndFallbacks) {
         const char* text;
         std::int64_t numerator, denominator;
     } cases[] = {
-        {"f25", 25, 1},          {"f30000s1001", 30000, 1001}, {"25", 25, 1},     {"100f30000s1001", 30000, 1001},
+        {"f25", 25, 1},
+        {"f30000s1001", 30000, 1001},
+        {"25", 25, 1},
+        {"100f30000s1001", 30000, 1001},
         {"f30000f1001", 30000, 1001},  // older notation
         {"30000s1001", 30000, 1},      // "s" only counts after an "f"
-        {"f2997s100x", 2997, 100}, {"", 0, 1}, {"f", 0, 1}, {"fabc", 0, 1}, {"f30000s", 30000, 0},
-        {"f25s1", 25, 1},          {"1f2f3s4", 1, 1}, {"f1f2f3", 0, 1}, {"f30s2s3", 30, 1},
+        {"f2997s100x", 2997, 100},
+        {"", 0, 1},
+        {"f", 0, 1},
+        {"fabc", 0, 1},
+        {"f30000s", 30000, 0},
+        {"f25s1", 25, 1},
+        {"1f2f3s4", 1, 1},
+        {"f1f2f3", 0, 1},
+        {"f30s2s3", 30, 1},
     };
     for (const auto& c : cases) {
         // Preset values that no case yields: every call must write both outputs.

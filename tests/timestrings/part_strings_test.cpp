@@ -51,7 +51,7 @@ struct ParseCase {
 const ParseCase kParseCases[] = {
     {"/metadata/time:0d25f25", 0, 1, kTicks, 25, "/metadata"},
     {"time:0d25f25", 0, 1, kTicks, 25, ""},
-    {"time:5f25", 50803200000, 25, 77, 1, ""},  // no duration: the default
+    {"time:5f25", 50803200000, 25, 77, 1, ""},                          // no duration: the default
     {"time:10f25r5f25", 1016064000000 / 10, 25, -50803200000, 25, ""},  // end before start
     {"time:10f25rmaximum", 1016064000000 / 10, 25, kMax, 1, ""},
     {"a/b/time:1dmaximum", kTicks, 1, kMax, 1, "a/b"},
@@ -59,7 +59,7 @@ const ParseCase kParseCases[] = {
     {"metadata/time", 0, 1, kMax, 1, "metadata/time"},
     {"time:1d2d3", 0, 1, kMax, 1, ""},
     {"time:1r2r3", 0, 1, kMax, 1, ""},
-    {"time:1d2r3", kTicks, 1, 2 * kTicks, 1, ""},    // one "d": an "r" in a time is not a separator
+    {"time:1d2r3", kTicks, 1, 2 * kTicks, 1, ""},  // one "d": an "r" in a time is not a separator
     {"time:1r2d3", kTicks, 1, 3 * kTicks, 1, ""},
     {"a:b/time:3f25", 30481920000, 25, 77, 1, "a:b"},
     {"time:time:5", 5 * kTicks, 1, 77, 1, ""},
@@ -75,8 +75,8 @@ TEST(PartStringParse, PathsStartsAndDurations) {
         std::int64_t start = -1, startNumerator = 1, startDenominator = 1;
         std::int64_t duration = -1, durationNumerator = 1, durationDenominator = 1;
         std::string path = "previous";
-        XMPDocOpsTemporal::ParsePart(c.text, &start, &startNumerator, &startDenominator, &duration,
-                                     &durationNumerator, &durationDenominator, 77, &path);
+        XMPDocOpsTemporal::ParsePart(c.text, &start, &startNumerator, &startDenominator, &duration, &durationNumerator,
+                                     &durationDenominator, 77, &path);
         EXPECT_EQ(start, c.start) << c.text;
         EXPECT_EQ(startNumerator, c.startNumerator) << c.text;
         EXPECT_EQ(duration, c.duration) << c.text;

@@ -50,8 +50,8 @@ void ExpectWithinHalfAFrame(std::int64_t ticks, std::int64_t numerator, std::int
 }
 
 TEST(TimeStringRoundTrip, WithinHalfAFrameAtOtherRates) {
-    const std::int64_t mediaRates[][2] = {{24, 1},  {25, 1},        {30000, 1001}, {24000, 1001},
-                                          {60000, 1001}, {44100, 1}, {48000, 1},     {11, 1}};
+    const std::int64_t mediaRates[][2] = {{24, 1},       {25, 1},    {30000, 1001}, {24000, 1001},
+                                          {60000, 1001}, {44100, 1}, {48000, 1},    {11, 1}};
     std::mt19937_64 random(2);
     std::uniform_int_distribution<std::int64_t> numerators(1, 240000);
     std::uniform_int_distribution<std::int64_t> denominators(1, 1001);

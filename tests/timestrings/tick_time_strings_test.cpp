@@ -34,8 +34,8 @@ const ReadCase kReadCases[] = {
     {"maximum", 7, 3, kMax, 7, 3},
     {"Maximum", 25, 1, 0, 25, 1},
     {"maximum ", 25, 1, 0, 25, 1},
-    {"1f2f3", 25, 1, 10160640000, 25, 1},        // two "f": digits before the first, default rate
-    {"1f30000s1001s2", 1, 1, 8467200, 30000, 1},   // two "s": the whole rate is the numerator
+    {"1f2f3", 25, 1, 10160640000, 25, 1},         // two "f": digits before the first, default rate
+    {"1f30000s1001s2", 1, 1, 8467200, 30000, 1},  // two "s": the whole rate is the numerator
     {"10f30000s", 1, 1, 0, 30000, 0},
     {"-9223372036854775808", kTicks, 1, std::numeric_limits<std::int64_t>::min(), kTicks, 1},
     {"9223372036854775808", kTicks, 1, 0, kTicks, 1},
@@ -48,12 +48,13 @@ TEST(TickTimeStringRead, WorkedExamplesAndFallbacks) {
     for (const ReadCase& c : kReadCases) {
         std::int64_t numerator = c.defaultNumerator;
         std::int64_t denominator = c.defaultDenominator;
-        EXPECT_EQ(XMPDocOpsTemporal::ConvertExternalTimeStringToTicks(c.text, &numerator, &denominator, kTicks), c.ticks)
+        EXPECT_EQ(XMPDocOpsTemporal::ConvertExternalTimeStringToTicks(c.text, &numerator, &denominator, kTicks),
+                  c.ticks)
             << c.text;
         EXPECT_EQ(numerator, c.numeratorOut) << c.text;
         EXPECT_EQ(denominator, c.denominatorOut) << c.text;
-        EXPECT_EQ(XMPDocOpsTemporal::ConvertExternalTimeStringToTicks(c.text, c.defaultNumerator,
-                                                                      c.defaultDenominator, kTicks),
+        EXPECT_EQ(XMPDocOpsTemporal::ConvertExternalTimeStringToTicks(c.text, c.defaultNumerator, c.defaultDenominator,
+                                                                      kTicks),
                   c.ticks)
             << c.text;
     }
@@ -66,8 +67,7 @@ TEST(TickTimeStringRead, OnlyTheInOutFormReducesNegativeNumerators) {
     std::int64_t denominator = 1;
     EXPECT_EQ(XMPDocOpsTemporal::ConvertExternalTimeStringToTicks("40000000f-7", &numerator, &denominator, kTicks),
               -1451520000000000000);
-    EXPECT_EQ(XMPDocOpsTemporal::ConvertExternalTimeStringToTicks("40000000f-7", 1, 1, kTicks),
-              -1451519999960000000);
+    EXPECT_EQ(XMPDocOpsTemporal::ConvertExternalTimeStringToTicks("40000000f-7", 1, 1, kTicks), -1451519999960000000);
 }
 
 struct WriteCase {
@@ -87,7 +87,7 @@ const WriteCase kWriteCases[] = {
     {0, 25, 1, true, "0"},
     {762048000000, kTicks, 1, false, "762048000000"},
     {kMax, 25, 1, true, "maximum"},
-    {0, 0, 0, true, "0"},         // no rate is needed for these two
+    {0, 0, 0, true, "0"},  // no rate is needed for these two
     {kMax, 0, 0, true, "maximum"},
     {kTicks, 50, 2, true, "25f50s2"},
 };
@@ -119,8 +119,8 @@ void ExpectBadValueNaming(const std::function<void()>& call, const std::string& 
 TEST(TickTimeStringRates, RatesThatWouldBeDividedByAreRejected) {
     std::int64_t numerator = 25;
     std::int64_t denominator = 1;
-    ExpectBadValueNaming([&] { XMPDocOpsTemporal::ConvertExternalTimeStringToTicks("10f0", &numerator, &denominator, kTicks); },
-                         "0/1");
+    ExpectBadValueNaming(
+        [&] { XMPDocOpsTemporal::ConvertExternalTimeStringToTicks("10f0", &numerator, &denominator, kTicks); }, "0/1");
     EXPECT_EQ(numerator, 25);  // an error leaves the caller's rate alone
     ExpectBadValueNaming([] { XMPDocOpsTemporal::ConvertExternalTimeStringToTicks("10fs", 25, 1, kTicks); }, "0/0");
     ExpectBadValueNaming([] { XMPDocOpsTemporal::ConvertExternalTimeStringToTicks("90", 0, 1, kTicks); }, "0/1");

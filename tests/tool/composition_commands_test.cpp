@@ -48,9 +48,9 @@ TEST(CompositionCommands, IngredientsAndPantryOfTheExample) {
         uses.push_back(ingredient["filePath"].get<std::string>() + " " + ingredient["toPart"].get<std::string>() + " " +
                        ingredient["partMapping"].get<std::string>());
     }
-    EXPECT_THAT(uses, UnorderedElementsAre("clip-a.xmp time:0d100f25 linear",
-                                           "clip-b.xmp time:100f25d100f25 linear-reversed",
-                                           "scene.xmp time:200f25d100f25 linear"));
+    EXPECT_THAT(uses,
+                UnorderedElementsAre("clip-a.xmp time:0d100f25 linear", "clip-b.xmp time:100f25d100f25 linear-reversed",
+                                     "scene.xmp time:200f25d100f25 linear"));
     // The scene brings its own two sources along.
     EXPECT_EQ(RunJson({"pantry", kSequence, "--json"})["files"][0]["pantry"].size(), 5u);
 }
@@ -92,10 +92,15 @@ TEST(CompositionCommands, FailuresNameTheProblem) {
         {{"collect", kSequence, "--mask", "zz"}, 2, "--mask: not a hexadecimal byte"},
         {{"collect", kSequence, "--start", "soon"}, 2, "--start: "},
         {{"collect", "missing.xmp"}, 1, "missing.xmp"},
-        {{"add-ingredient", kSequence, source, "--from-part", "0d5", "--to-part", "time:0"}, 2, "--from-part: not a part"},
+        {{"add-ingredient", kSequence, source, "--from-part", "0d5", "--to-part", "time:0"},
+         2,
+         "--from-part: not a part"},
         {{"add-ingredient", kSequence, source, "--from-part", "time:0", "--to-part", "time:0", "--mapping", "sideways"},
-         2, "--mapping"},
-        {{"add-ingredient", kSequence, "missing.xmp", "--from-part", "time:0", "--to-part", "time:0"}, 1, "missing.xmp"},
+         2,
+         "--mapping"},
+        {{"add-ingredient", kSequence, "missing.xmp", "--from-part", "time:0", "--to-part", "time:0"},
+         1,
+         "missing.xmp"},
     };
     const std::string before = ReadFile(kSequence);
     for (const Case& test : cases) {

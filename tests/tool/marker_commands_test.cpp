@@ -139,9 +139,9 @@ TEST_F(MarkerCommands, OnlyAndExcludeChooseMarkersByType) {
 TEST_F(MarkerCommands, TracksListsOneTrackPerMarkerType) {
     const ToolResult table = RunTool({"tracks", Path("clip.xmp")});
     ASSERT_EQ(table.status, 0) << table.err;
-    EXPECT_EQ(Lines(table.out), (std::vector<std::string>{Path("clip.xmp") + ":", "name     type     rate  markers",
-                                                          "Chapter  Chapter  f25         2",
-                                                          "Comment  Comment  f25         1"}));
+    EXPECT_EQ(Lines(table.out),
+              (std::vector<std::string>{Path("clip.xmp") + ":", "name     type     rate  markers",
+                                        "Chapter  Chapter  f25         2", "Comment  Comment  f25         1"}));
     const kelcore::JSONValue tracks = Json(RunTool({"tracks", Path("clip.xmp"), "--json"}))["files"][0]["tracks"];
     ASSERT_EQ(tracks.size(), 2u);
     EXPECT_EQ(tracks[1]["rate"]["numerator"], 25);
@@ -152,15 +152,15 @@ TEST_F(MarkerCommands, SegmentsShowTimesFramesAndTheFrameDuration) {
     WriteFile(m_dir / "segments.xmp", SegmentationPacket("f25"));
     const ToolResult table = RunTool({"segments", Path("segments.xmp"), Path("clip.xmp")});
     ASSERT_EQ(table.status, 0) << table.err;
-    EXPECT_EQ(Lines(table.out),
-              (std::vector<std::string>{
-                  Path("segments.xmp") + ":",
-                  "start  start_frame  duration  frames   start_ticks  duration_ticks  frame_ticks",
-                  "0.000            0     2.000      50             0    508032000000  10160640000",
-                  "2.000           50     1.000      25  508032000000    254016000000  10160640000", "",
-                  Path("clip.xmp") + ":",
-                  "start  start_frame  duration  frames  start_ticks  duration_ticks  frame_ticks"}));
-    const kelcore::JSONValue files = Json(RunTool({"segments", Path("segments.xmp"), Path("clip.xmp"), "--json"}))["files"];
+    EXPECT_EQ(Lines(table.out), (std::vector<std::string>{
+                                    Path("segments.xmp") + ":",
+                                    "start  start_frame  duration  frames   start_ticks  duration_ticks  frame_ticks",
+                                    "0.000            0     2.000      50             0    508032000000  10160640000",
+                                    "2.000           50     1.000      25  508032000000    254016000000  10160640000",
+                                    "", Path("clip.xmp") + ":",
+                                    "start  start_frame  duration  frames  start_ticks  duration_ticks  frame_ticks"}));
+    const kelcore::JSONValue files =
+        Json(RunTool({"segments", Path("segments.xmp"), Path("clip.xmp"), "--json"}))["files"];
     EXPECT_EQ(files[0]["frameDuration"]["ticks"], 10160640000);
     EXPECT_EQ(files[0]["segments"][1]["startFrame"], 50);
     EXPECT_EQ(files[1]["frameDuration"]["unspecified"], true);
@@ -214,18 +214,21 @@ TEST_F(MarkerCommands, FailuresExitWithOneLineAndLeaveTheFileAsItWas) {
         {{"write-markers", "DIR/clip.xmp", "--from", "DIR/not.json"}, 1, "not.json: not JSON"},
         {{"write-markers", "DIR/clip.xmp", "--from", "DIR/shape.json"}, 1, "shape.json: expected {\"files\""},
         {{"write-markers", "DIR/clip.xmp", "--from", "DIR/time.json"}, 1, "marker 1 \"start\": cannot read 'abc'"},
-        {{"write-markers", "DIR/clip.xmp", "--from", "DIR/markers.json", "--frame-rate", "30000/1001"}, 1,
+        {{"write-markers", "DIR/clip.xmp", "--from", "DIR/markers.json", "--frame-rate", "30000/1001"},
+         1,
          "markers.json: marker 1 is not on a whole frame at f30000s1001"},
         {{"write-markers", "DIR/broken.xmp", "--from", "DIR/markers.json"}, 1, "broken.xmp: TXMPFiles::"},
         {{"write-markers", "DIR/corrupt.jpg", "--from", "DIR/markers.json"}, 1, "corrupt.jpg: TXMPFiles::"},
-        {{"write-markers", "DIR/tight.txt", "--from", "DIR/markers.json"}, 1,
-         "tight.txt: TXMPFiles::PutXMP failed"},
-        {{"write-markers", "DIR/tight.txt", "--from", "DIR/markers.json", "--output", "DIR/out.txt"}, 1,
+        {{"write-markers", "DIR/tight.txt", "--from", "DIR/markers.json"}, 1, "tight.txt: TXMPFiles::PutXMP failed"},
+        {{"write-markers", "DIR/tight.txt", "--from", "DIR/markers.json", "--output", "DIR/out.txt"},
+         1,
          "PutXMP failed"},
-        {{"write-markers", "DIR/clip.xmp", "--from", "DIR/markers.json", "--output", "DIR/out.png"}, 2,
+        {{"write-markers", "DIR/clip.xmp", "--from", "DIR/markers.json", "--output", "DIR/out.png"},
+         2,
          "can only be written to a sidecar"},
         {{"write-markers", "DIR/clip.xmp"}, 2, "--from is required"},
-        {{"write-markers", "DIR/clip.xmp", "--from", "DIR/markers.json", "--frame-rate", "0"}, 2,
+        {{"write-markers", "DIR/clip.xmp", "--from", "DIR/markers.json", "--frame-rate", "0"},
+         2,
          "--frame-rate: not a frame rate"},
         {{"markers", "DIR/missing.jpg"}, 1, "missing.jpg: TXMPFiles::OpenFile failed"},
         {{"markers", "DIR/clip.xmp", "--only", "A", "--exclude", "B"}, 2, "--only excludes --exclude"},

@@ -55,11 +55,11 @@ int RunAddIngredient(const AddIngredientOptions& options) {
     return ForEachFile({options.document}, [&](const std::string& file) {
         SXMPMeta meta = ReadDocument(file);
         const std::unique_ptr<XMPDocOpsTemporal> document = OpenTemporalDocument(meta);
-        document->AddIngredientXMPTemporal(
-            source, from.start, from.startRate.numerator, from.startRate.denominator, from.duration,
-            from.durationRate.numerator, from.durationRate.denominator, to.start, to.startRate.numerator,
-            to.startRate.denominator, to.duration, to.durationRate.numerator, to.durationRate.denominator,
-            options.source.c_str(), "", options.mapping.c_str(), options.maskMarkers);
+        document->AddIngredientXMPTemporal(source, from.start, from.startRate.numerator, from.startRate.denominator,
+                                           from.duration, from.durationRate.numerator, from.durationRate.denominator,
+                                           to.start, to.startRate.numerator, to.startRate.denominator, to.duration,
+                                           to.durationRate.numerator, to.durationRate.denominator,
+                                           options.source.c_str(), "", options.mapping.c_str(), options.maskMarkers);
         document->PrepareForSave("");
         WriteDocument(file, meta, options.output);
         std::printf("%s: %s added (%s onto %s, %s%s)\n", options.output.empty() ? file.c_str() : options.output.c_str(),
@@ -72,8 +72,8 @@ int RunAddIngredient(const AddIngredientOptions& options) {
 
 CommandEntry AddAddIngredientCommand(CLI::App& app) {
     auto options = std::make_shared<AddIngredientOptions>();
-    CLI::App* command =
-        app.add_subcommand("add-ingredient", "Place a span of SOURCE on the timeline of DOC, which then carries SOURCE");
+    CLI::App* command = app.add_subcommand("add-ingredient",
+                                           "Place a span of SOURCE on the timeline of DOC, which then carries SOURCE");
     command->add_option("DOC", options->document, "The composed document (sidecar or media file)")->required();
     command->add_option("SOURCE", options->source, "The document a span is taken from")->required();
     command->add_option("--from-part", options->fromPart, "The span of SOURCE, e.g. time:0d10f25")->required();

@@ -60,12 +60,12 @@ Range ParseRange(const CollectOptions& options) {
 
 const char* FormName(XMPTemporalMetadataInfo::_infoFormEnum form) {
     switch (form) {
-    case XMPTemporalMetadataInfo::kInfoForm_Marker:
-        return "marker";
-    case XMPTemporalMetadataInfo::kInfoForm_MarkerReportback:
-        return "report-back";
-    case XMPTemporalMetadataInfo::kInfoForm_ComponentMetadataReportback:
-        return "component";
+        case XMPTemporalMetadataInfo::kInfoForm_Marker:
+            return "marker";
+        case XMPTemporalMetadataInfo::kInfoForm_MarkerReportback:
+            return "report-back";
+        case XMPTemporalMetadataInfo::kInfoForm_ComponentMetadataReportback:
+            return "component";
     }
     return "unknown";
 }
@@ -100,8 +100,8 @@ FileReport ReportCollection(const std::string& file, const Range& range) {
         const std::string instance = Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedContainingInstanceID);
         const std::string mapping = Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedPartMapping);
         report.table.AddRow({SecondsCell(info.GetReportedClippedStartTime()),
-                             SecondsCell(info.GetReportedClippedDuration()), FormName(info.GetInfoForm()), type,
-                             name, track, instance, mapping});
+                             SecondsCell(info.GetReportedClippedDuration()), FormName(info.GetInfoForm()), type, name,
+                             track, instance, mapping});
         list.push_back({{"form", FormName(info.GetInfoForm())},
                         {"type", type},
                         {"name", name},
@@ -124,8 +124,7 @@ CommandEntry AddCollectCommand(CLI::App& app) {
         "collect", "Collect every marker on each document's timeline, its ingredients' at any depth included");
     AddFileOptions(*command, options->files);
     command->add_option("--start", options->start, "Start of the range (a time as `time` reads it; default 0)");
-    command->add_option("--duration", options->duration,
-                        "Length of the range (default: to the end)");
+    command->add_option("--duration", options->duration, "Length of the range (default: to the end)");
     command->add_option("--mask", options->mask,
                         "What to collect, hexadecimal: 01 base document, 02 ingredients, 04 own markers, "
                         "08 ingredients' markers, 10 ignore masking, 20 reversed from end, 40 no repeats "

@@ -65,12 +65,16 @@ FileReport ReportMarkers(const std::string& file, const MarkerTypeFilter& filter
 CommandEntry AddMarkersCommand(CLI::App& app) {
     auto options = std::make_shared<MarkersOptions>();
     CLI::App* command = app.add_subcommand(
-        "markers", "List every marker of each file's tracks, times in seconds, frames and timecode at the track's rate");
+        "markers",
+        "List every marker of each file's tracks, times in seconds, frames and timecode at the track's rate");
     AddFileOptions(*command, options->files);
-    CLI::Option* only =
-        command->add_option("--only", options->only, "Show only markers of this type (repeatable)")->allow_extra_args(false)->take_all();
+    CLI::Option* only = command->add_option("--only", options->only, "Show only markers of this type (repeatable)")
+                            ->allow_extra_args(false)
+                            ->take_all();
     CLI::Option* exclude =
-        command->add_option("--exclude", options->exclude, "Leave out markers of this type (repeatable)")->allow_extra_args(false)->take_all();
+        command->add_option("--exclude", options->exclude, "Leave out markers of this type (repeatable)")
+            ->allow_extra_args(false)
+            ->take_all();
     only->excludes(exclude);
     return {command, [options] {
                 const kelcore::RefPtr<MarkerTypeFilter> filter = TypeFilter(*options);

@@ -3,10 +3,10 @@
 namespace keltemporalxmp::tool {
 
 void AddFormatOptions(CLI::App& command, OutputFormat& format) {
-    CLI::Option* json =
-        command.add_flag_callback("--json", [&format] { format = OutputFormat::kJson; }, "Print JSON (see SCHEMA.md)");
-    CLI::Option* csv =
-        command.add_flag_callback("--csv", [&format] { format = OutputFormat::kCsv; }, "Print comma-separated values");
+    CLI::Option* json = command.add_flag_callback(
+        "--json", [&format] { format = OutputFormat::kJson; }, "Print JSON (see SCHEMA.md)");
+    CLI::Option* csv = command.add_flag_callback(
+        "--csv", [&format] { format = OutputFormat::kCsv; }, "Print comma-separated values");
     json->excludes(csv);
 }
 

@@ -26,7 +26,8 @@ FileReport ReportPantry(const std::string& file) {
     const int items = meta.CountArrayItems(kXMP_NS_XMP_MM, "xmpMM:Pantry");
     for (int item = 1; item <= items; ++item) {
         SXMPMeta source;
-        XMPDocOpsTemporal::ExtractXMPMetaFromPantry(&source, meta, ("xmpMM:Pantry[" + std::to_string(item) + "]").c_str());
+        XMPDocOpsTemporal::ExtractXMPMetaFromPantry(&source, meta,
+                                                    ("xmpMM:Pantry[" + std::to_string(item) + "]").c_str());
         MarkerList markers;
         ReadAllMarkers(source, markers);
         const std::string instanceID = Property(source, "xmpMM:InstanceID");

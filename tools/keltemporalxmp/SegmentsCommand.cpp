@@ -59,8 +59,8 @@ FileReport ReportSegments(const std::string& file) {
     kelcore::JSONValue& list = report.result["segments"] = kelcore::JSONValue::array();
     for (const auto& [start, duration] : segments) {
         report.table.AddRow({SecondsCell(start), Cell(FramesOf(start, frameDuration)), SecondsCell(duration),
-                             Cell(FramesOf(duration, frameDuration)), std::to_string(start),
-                             std::to_string(duration), frameCell});
+                             Cell(FramesOf(duration, frameDuration)), std::to_string(start), std::to_string(duration),
+                             frameCell});
         list.push_back(SegmentJson(start, duration, frameDuration));
     }
     return report;

@@ -87,11 +87,12 @@ int RunTime(const TimeOptions& options) {
 
 CommandEntry AddTimeCommand(CLI::App& app) {
     auto options = std::make_shared<TimeOptions>();
-    CLI::App* command = app.add_subcommand(
-        "time", "Convert a time between ticks, seconds, frames, timecode and the XMP notations");
-    command->add_option("TEXT", options->text,
-                        "90f25, 1001f30000s1001, maximum, 3.6s, 00:00:03:15, a count (frames at --rate, else "
-                        "ticks) or a part string such as time:0d25f25")
+    CLI::App* command =
+        app.add_subcommand("time", "Convert a time between ticks, seconds, frames, timecode and the XMP notations");
+    command
+        ->add_option("TEXT", options->text,
+                     "90f25, 1001f30000s1001, maximum, 3.6s, 00:00:03:15, a count (frames at --rate, else "
+                     "ticks) or a part string such as time:0d25f25")
         ->required();
     AddRateOption(*command, "--rate", options->rate, "Frame rate of counts and timecode, and to show frames in");
     AddFormatOptions(*command, options->format);

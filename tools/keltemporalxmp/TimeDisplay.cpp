@@ -31,8 +31,8 @@ std::optional<FrameRate> RateOf(std::string_view numerator, std::string_view den
 // Timecode labels count frames at the whole number of frames per second
 // nearest to the rate.
 std::int64_t NominalFramesPerSecond(FrameRate rate) {
-    const auto nominal = static_cast<std::int64_t>(std::llround(static_cast<double>(rate.numerator) /
-                                                                static_cast<double>(rate.denominator)));
+    const auto nominal = static_cast<std::int64_t>(
+        std::llround(static_cast<double>(rate.numerator) / static_cast<double>(rate.denominator)));
     return nominal < 1 ? 1 : nominal;
 }
 
@@ -108,8 +108,8 @@ std::string Timecode(std::int64_t ticks, FrameRate rate) {
 
 std::string XmpTimeText(std::int64_t ticks, FrameRate rate) {
     std::string text;
-    XMPDocOpsTemporal::ConvertTicksToExternalTimeString(&text, ticks, rate.numerator, rate.denominator,
-                                                        kTicksPerSecond, true);
+    XMPDocOpsTemporal::ConvertTicksToExternalTimeString(&text, ticks, rate.numerator, rate.denominator, kTicksPerSecond,
+                                                        true);
     return text;
 }
 

@@ -52,8 +52,8 @@ UserTime FromTimecode(std::string_view text, const std::smatch& parts, std::opti
     if (!rate) {
         Unreadable(text, "a timecode needs --rate");
     }
-    const std::int64_t nominal = std::llround(static_cast<double>(rate->numerator) /
-                                              static_cast<double>(rate->denominator));
+    const std::int64_t nominal =
+        std::llround(static_cast<double>(rate->numerator) / static_cast<double>(rate->denominator));
     const std::int64_t minutes = Number(parts[2]) * 60 + Number(parts[3]);
     const std::int64_t seconds = minutes * 60 + Number(parts[4]);
     const std::int64_t frameLabel = Number(parts[6]);
@@ -84,9 +84,8 @@ UserTime FromXmpTime(std::string_view text, std::optional<FrameRate> rate) {
     const bool carriesRate = xmp.find('f') != std::string::npos;
     // Without a rate a bare count is ticks.
     FrameRate counted = rate.value_or(FrameRate{kTicksPerSecond, 1});
-    const std::int64_t ticks =
-        XMPDocOpsTemporal::ConvertExternalTimeStringToTicks(xmp.c_str(), &counted.numerator, &counted.denominator,
-                                                            kTicksPerSecond);
+    const std::int64_t ticks = XMPDocOpsTemporal::ConvertExternalTimeStringToTicks(
+        xmp.c_str(), &counted.numerator, &counted.denominator, kTicksPerSecond);
     if (carriesRate && !IsUsableRate(counted)) {
         Unreadable(text, "its frame rate is zero");
     }

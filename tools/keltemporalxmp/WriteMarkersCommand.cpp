@@ -88,8 +88,9 @@ int RunWriteMarkers(const WriteMarkersOptions& options) {
         SXMPMeta meta = ReadDocument(file);
         WriteAllMarkers(markers, meta, rate.numerator, rate.denominator);
         WriteDocument(file, meta, options.output);
-        std::printf("%s: %zu markers in %zu tracks at %s\n", options.output.empty() ? file.c_str() : options.output.c_str(),
-                    markers.size(), TypeCount(markers), FrameRateText(rate).c_str());
+        std::printf("%s: %zu markers in %zu tracks at %s\n",
+                    options.output.empty() ? file.c_str() : options.output.c_str(), markers.size(), TypeCount(markers),
+                    FrameRateText(rate).c_str());
     });
 }
 

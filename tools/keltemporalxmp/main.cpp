@@ -11,15 +11,15 @@
 using namespace keltemporalxmp::tool;
 
 int main(int argc, char** argv) {
-    CLI::App app("Read, edit and write the time-based XMP metadata of files: tracks of markers, ingredients, "
-                 "the pantry.",
-                 "keltemporalxmp");
+    CLI::App app(
+        "Read, edit and write the time-based XMP metadata of files: tracks of markers, ingredients, "
+        "the pantry.",
+        "keltemporalxmp");
     app.require_subcommand(1);
     const std::vector<CommandEntry> commands = {
-        AddMarkersCommand(app),     AddTracksCommand(app),      AddIngredientsCommand(app),
-        AddPantryCommand(app),      AddCollectCommand(app),     AddSegmentsCommand(app),
-        AddWriteMarkersCommand(app), AddAddIngredientCommand(app), AddDumpCommand(app),
-        AddTimeCommand(app)};
+        AddMarkersCommand(app), AddTracksCommand(app),   AddIngredientsCommand(app),  AddPantryCommand(app),
+        AddCollectCommand(app), AddSegmentsCommand(app), AddWriteMarkersCommand(app), AddAddIngredientCommand(app),
+        AddDumpCommand(app),    AddTimeCommand(app)};
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

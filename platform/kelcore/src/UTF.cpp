@@ -9,8 +9,12 @@ namespace {
 
 constexpr char kReplacementUTF8[] = "\xEF\xBF\xBD";
 
-bool IsLeadSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool IsTrailSurrogate(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+bool IsLeadSurrogate(char16_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+bool IsTrailSurrogate(char16_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
 
 // The first unit that is a surrogate without its partner, or end.
 const char16_t* FindInvalidUTF16(const char16_t* begin, const char16_t* end) {

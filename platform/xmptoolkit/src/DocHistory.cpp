@@ -21,7 +21,8 @@ std::string EventItemPath(XMP_Index index) {
 }
 
 void SetEventField(Meta& meta, const std::string& item, XMP_StringPtr field, const std::string& value) {
-    if (!value.empty()) meta.SetStructField(kXMP_NS_XMP_MM, item.c_str(), kXMP_NS_XMP_ResourceEvent, field, value.c_str());
+    if (!value.empty())
+        meta.SetStructField(kXMP_NS_XMP_MM, item.c_str(), kXMP_NS_XMP_ResourceEvent, field, value.c_str());
 }
 
 std::string GetEventField(const Meta& meta, const std::string& item, XMP_StringPtr field) {

@@ -17,8 +17,8 @@ constexpr XMP_StringPtr kClose = "TXMPFiles::CloseFile";
 XmpFilePtr OpenToolkitFile(const std::string& path, XMP_OptionBits openFlags) {
     XmpFilePtr file = nullptr;
     RequireSuccess(CallToolkit([&] { return (file = xmp_files_new()) != nullptr; }), kOpen, path, kXMPErr_NoMemory);
-    const ToolkitOutcome opened = CallToolkit(
-        [&] { return xmp_files_open(file, path.c_str(), static_cast<XmpOpenFileOptions>(openFlags)); });
+    const ToolkitOutcome opened =
+        CallToolkit([&] { return xmp_files_open(file, path.c_str(), static_cast<XmpOpenFileOptions>(openFlags)); });
     if (!opened.m_succeeded) {
         CallToolkit([&] { return xmp_files_free(file); });
         RequireSuccess(opened, kOpen, path, kXMPErr_BadFileFormat);

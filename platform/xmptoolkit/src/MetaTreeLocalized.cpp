@@ -16,8 +16,7 @@ bool MetaTree::GetLocalizedText(XMP_StringPtr schemaNS, XMP_StringPtr altTextPat
     const bool found = FoundUnlessFailed(CallToolkit([&] {
                                              return xmp_get_localized_text(Handle(), schemaNS, altTextPath,
                                                                            genericLang == nullptr ? "" : genericLang,
-                                                                           specificLang, lang.Get(), text.Get(),
-                                                                           &bits);
+                                                                           specificLang, lang.Get(), text.Get(), &bits);
                                          }),
                                          kOperation, altTextPath);
     if (found) {

@@ -17,8 +17,8 @@ void MetaTree::Parse(XMP_StringPtr buffer, XMP_StringLen size) {
     }
     const std::string packet = WithXmpMetaWrapper(std::string_view(buffer == nullptr ? "" : buffer, size));
     auto fresh = XmpObject::NewEmpty();
-    RequireSuccess(CallToolkit([&] { return xmp_parse(fresh->Get(), packet.data(), packet.size()); }), kOperation,
-                   "", kXMPErr_BadParse);
+    RequireSuccess(CallToolkit([&] { return xmp_parse(fresh->Get(), packet.data(), packet.size()); }), kOperation, "",
+                   kXMPErr_BadParse);
     m_object = std::move(fresh);
 }
 
@@ -26,8 +26,8 @@ void MetaTree::Serialize(std::string* packet, XMP_OptionBits options, XMP_String
     constexpr std::string_view kOperation = "SerializeToBuffer";
     RequireArgument(packet, kOperation, "output packet pointer");
     XmpText text;
-    RequireSuccess(CallToolkit([&] { return xmp_serialize(Handle(), text.Get(), options, padding); }), kOperation,
-                   "", kXMPErr_BadSerialize);
+    RequireSuccess(CallToolkit([&] { return xmp_serialize(Handle(), text.Get(), options, padding); }), kOperation, "",
+                   kXMPErr_BadSerialize);
     text.CopyTo(packet);
 }
 
@@ -40,6 +40,8 @@ std::shared_ptr<MetaTree> MetaTree::Clone() const {
     return copy;
 }
 
-void MetaTree::Erase() { m_object = XmpObject::NewEmpty(); }
+void MetaTree::Erase() {
+    m_object = XmpObject::NewEmpty();
+}
 
 }  // namespace xmptoolkit_detail

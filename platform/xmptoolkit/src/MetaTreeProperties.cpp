@@ -22,8 +22,8 @@ void RequireNodeName(XMP_StringPtr schemaNS, XMP_StringPtr path, std::string_vie
     RequireArgument(path, operation, "property path");
 }
 
-bool MetaTree::GetProperty(std::string_view operation, XMP_StringPtr schemaNS, XMP_StringPtr path,
-                           std::string* value, XMP_OptionBits* options) const {
+bool MetaTree::GetProperty(std::string_view operation, XMP_StringPtr schemaNS, XMP_StringPtr path, std::string* value,
+                           XMP_OptionBits* options) const {
     RequireNodeName(schemaNS, path, operation);
     XmpText text;
     uint32_t bits = 0;
@@ -38,13 +38,13 @@ bool MetaTree::GetProperty(std::string_view operation, XMP_StringPtr schemaNS, X
     return found;
 }
 
-void MetaTree::SetProperty(std::string_view operation, XMP_StringPtr schemaNS, XMP_StringPtr path,
-                           XMP_StringPtr value, XMP_OptionBits options) {
+void MetaTree::SetProperty(std::string_view operation, XMP_StringPtr schemaNS, XMP_StringPtr path, XMP_StringPtr value,
+                           XMP_OptionBits options) {
     RequireNodeName(schemaNS, path, operation);
     options = CompleteArrayForm(options);
     XMP_StringPtr given = value == nullptr ? "" : value;
-    RequireSuccess(CallToolkit([&] { return xmp_set_property(Handle(), schemaNS, path, given, options); }),
-                   operation, path);
+    RequireSuccess(CallToolkit([&] { return xmp_set_property(Handle(), schemaNS, path, given, options); }), operation,
+                   path);
 }
 
 void MetaTree::DeleteProperty(std::string_view operation, XMP_StringPtr schemaNS, XMP_StringPtr path) {
@@ -54,8 +54,7 @@ void MetaTree::DeleteProperty(std::string_view operation, XMP_StringPtr schemaNS
 
 bool MetaTree::HasProperty(std::string_view operation, XMP_StringPtr schemaNS, XMP_StringPtr path) const {
     RequireNodeName(schemaNS, path, operation);
-    return FoundUnlessFailed(CallToolkit([&] { return xmp_has_property(Handle(), schemaNS, path); }), operation,
-                             path);
+    return FoundUnlessFailed(CallToolkit([&] { return xmp_has_property(Handle(), schemaNS, path); }), operation, path);
 }
 
 }  // namespace xmptoolkit_detail

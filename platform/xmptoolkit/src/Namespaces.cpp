@@ -11,8 +11,8 @@ bool RegisterNamespace(XMP_StringPtr namespaceURI, XMP_StringPtr suggestedPrefix
     RequireArgument(suggestedPrefix, kOperation, "suggested prefix");
     XmpText prefix;
     const bool asSuggested = FoundUnlessFailed(
-        CallToolkit([&] { return xmp_register_namespace(namespaceURI, suggestedPrefix, prefix.Get()); }),
-        kOperation, namespaceURI);
+        CallToolkit([&] { return xmp_register_namespace(namespaceURI, suggestedPrefix, prefix.Get()); }), kOperation,
+        namespaceURI);
     prefix.CopyTo(registeredPrefix);
     return asSuggested;
 }
@@ -25,8 +25,7 @@ bool LookUpName(std::string_view operation, XMP_StringPtr key, std::string_view 
                 Lookup lookup) {
     RequireArgument(key, operation, keyName);
     XmpText text;
-    const bool found =
-        FoundUnlessFailed(CallToolkit([&] { return lookup(key, text.Get()); }), operation, key);
+    const bool found = FoundUnlessFailed(CallToolkit([&] { return lookup(key, text.Get()); }), operation, key);
     if (found) {
         text.CopyTo(name);
     }

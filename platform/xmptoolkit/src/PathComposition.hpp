@@ -11,7 +11,6 @@ namespace xmptoolkit_detail {
 std::string ArrayItemPath(XMP_StringPtr schemaNS, XMP_StringPtr arrayName, XMP_Index itemIndex);
 std::string StructFieldPath(XMP_StringPtr schemaNS, XMP_StringPtr structName, XMP_StringPtr fieldNS,
                             XMP_StringPtr fieldName);
-std::string QualifierPath(XMP_StringPtr schemaNS, XMP_StringPtr propName, XMP_StringPtr qualNS,
-                          XMP_StringPtr qualName);
+std::string QualifierPath(XMP_StringPtr schemaNS, XMP_StringPtr propName, XMP_StringPtr qualNS, XMP_StringPtr qualName);
 
 }  // namespace xmptoolkit_detail

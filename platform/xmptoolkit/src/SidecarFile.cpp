@@ -3,8 +3,8 @@
 #include <iterator>
 
 #include "FileHandle.hpp"
-#include "ToolkitCall.hpp"
 #include "SafeReplace.hpp"
+#include "ToolkitCall.hpp"
 
 namespace xmptoolkit_detail {
 namespace {

@@ -34,9 +34,7 @@ protected:
         return m_original != nullptr ? m_original->sputn(text, count) : count;
     }
 
-    int sync() override {
-        return (t_captureTarget != nullptr || m_original == nullptr) ? 0 : m_original->pubsync();
-    }
+    int sync() override { return (t_captureTarget != nullptr || m_original == nullptr) ? 0 : m_original->pubsync(); }
 
 private:
     std::streambuf* m_original;
@@ -50,8 +48,12 @@ void InstallStderrRouter() {
     std::cerr.rdbuf(router);
 }
 
-StderrCapture::StderrCapture(std::string* target) : m_previous(t_captureTarget) { t_captureTarget = target; }
+StderrCapture::StderrCapture(std::string* target) : m_previous(t_captureTarget) {
+    t_captureTarget = target;
+}
 
-StderrCapture::~StderrCapture() { t_captureTarget = m_previous; }
+StderrCapture::~StderrCapture() {
+    t_captureTarget = m_previous;
+}
 
 }  // namespace xmptoolkit_detail

@@ -11,13 +11,17 @@ namespace {
 constexpr std::string_view kOperation = "DuplicateSubtree";
 constexpr XMP_OptionBits kNodeForm = kXMP_PropCompositeMask | kXMP_PropValueIsURI;
 
-bool IsCompositeNode(const TreeNode& node) { return (node.m_options & kXMP_PropCompositeMask) != 0; }
+bool IsCompositeNode(const TreeNode& node) {
+    return (node.m_options & kXMP_PropCompositeMask) != 0;
+}
 
 bool IsArrayItem(const TreeNode& node) {
     return (node.m_options & kXMP_PropIsQualifier) == 0 && node.m_path.ends_with(']');
 }
 
-bool IsTopLevel(const TreeNode& node) { return node.m_path.find_first_of("/[") == std::string::npos; }
+bool IsTopLevel(const TreeNode& node) {
+    return node.m_path.find_first_of("/[") == std::string::npos;
+}
 
 // Items are appended in walk order, so item n of the source becomes item n of
 // the new destination array.
@@ -33,8 +37,7 @@ void CreateNode(MetaTree& dest, const std::string& destNS, const std::string& de
     }
 }
 
-void CopyEveryProperty(const MetaTree& source, MetaTree& dest, const std::string& destNS,
-                       const std::string& destRoot) {
+void CopyEveryProperty(const MetaTree& source, MetaTree& dest, const std::string& destNS, const std::string& destRoot) {
     if (!destRoot.empty()) {
         XMP_OptionBits rootOptions = 0;
         if (!dest.GetProperty(kOperation, destNS.c_str(), destRoot.c_str(), nullptr, &rootOptions)) {
@@ -58,8 +61,8 @@ void CopyEveryProperty(const MetaTree& source, MetaTree& dest, const std::string
     }
 }
 
-void CopyOneSubtree(const MetaTree& source, MetaTree& dest, const std::string& sourceNS,
-                    const std::string& sourceRoot, const std::string& destNS, const std::string& destRoot) {
+void CopyOneSubtree(const MetaTree& source, MetaTree& dest, const std::string& sourceNS, const std::string& sourceRoot,
+                    const std::string& destNS, const std::string& destRoot) {
     if (!source.HasProperty(kOperation, sourceNS.c_str(), sourceRoot.c_str())) {
         RaiseError(kXMPErr_BadXPath, kOperation, sourceRoot, "source subtree not found");
     }

@@ -72,9 +72,8 @@ void TXMPDocOps<tStringObj>::Bind(TXMPMeta<tStringObj>* xmpMeta) {
 }
 
 template <class tStringObj>
-void TXMPDocOps<tStringObj>::AppendEvent(TXMPMeta<tStringObj>& meta, XMP_StringPtr action,
-                                         const tStringObj& instanceID, const tStringObj& when,
-                                         const tStringObj& changed) const {
+void TXMPDocOps<tStringObj>::AppendEvent(TXMPMeta<tStringObj>& meta, XMP_StringPtr action, const tStringObj& instanceID,
+                                         const tStringObj& when, const tStringObj& changed) const {
     xmptoolkit_detail::AppendHistoryEvent(meta, {action, instanceID, when, m_appName, changed});
 }
 
@@ -92,8 +91,7 @@ void TXMPDocOps<tStringObj>::NewXMP(TXMPMeta<tStringObj>* xmpMeta, XMP_StringPtr
 }
 
 template <class tStringObj>
-void TXMPDocOps<tStringObj>::OpenXMP(TXMPMeta<tStringObj>* xmpMeta, XMP_StringPtr, XMP_StringPtr,
-                                     const XMP_DateTime*) {
+void TXMPDocOps<tStringObj>::OpenXMP(TXMPMeta<tStringObj>* xmpMeta, XMP_StringPtr, XMP_StringPtr, const XMP_DateTime*) {
     Bind(xmpMeta);
 }
 
@@ -113,7 +111,7 @@ void TXMPDocOps<tStringObj>::BranchXMP(TXMPDocOps* derivedDoc, TXMPMeta<tStringO
     SetMMProperty(derived, "InstanceID", instanceID);
     // A source without IDs of its own makes the branch the first of its line.
     SetMMProperty(derived, "OriginalDocumentID",
-                  !sourceOriginalID.empty() ? sourceOriginalID
+                  !sourceOriginalID.empty()   ? sourceOriginalID
                   : !sourceDocumentID.empty() ? sourceDocumentID
                                               : documentID);
     derived.DeleteProperty(kXMP_NS_XMP_MM, "DerivedFrom");
@@ -176,8 +174,8 @@ bool TXMPDocOps<tStringObj>::HasPartChanged(XMP_StringPtr prefixInstanceID,
     xmptoolkit_detail::CheckPartNames(partNames, "TXMPDocOps::HasPartChanged");
     const auto history = xmptoolkit_detail::ReadHistoryChanges(m_meta);
     const tStringObj prefix = prefixInstanceID != nullptr ? prefixInstanceID : "";
-    const auto since = std::find_if(history.rbegin(), history.rend(),
-                                    [&](const auto& change) { return change.instanceID == prefix; });
+    const auto since =
+        std::find_if(history.rbegin(), history.rend(), [&](const auto& change) { return change.instanceID == prefix; });
     if (since == history.rend()) return true;
     return std::any_of(history.rbegin(), since,
                        [&](const auto& change) { return xmptoolkit_detail::ChangedAnyPart(change, partNames); });

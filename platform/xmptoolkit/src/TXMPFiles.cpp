@@ -67,8 +67,7 @@ void TXMPFiles<tStringObj>::CloseFile(XMP_OptionBits closeFlags) {
 }
 
 template <class tStringObj>
-bool TXMPFiles<tStringObj>::GetXMP(TXMPMeta<tStringObj>* xmpObj, tStringObj* xmpPacket,
-                                   XMP_PacketInfo* packetInfo) {
+bool TXMPFiles<tStringObj>::GetXMP(TXMPMeta<tStringObj>* xmpObj, tStringObj* xmpPacket, XMP_PacketInfo* packetInfo) {
     RequireOpenFile("TXMPFiles::GetXMP");
     tStringObj packet;
     if (!m_file->GetPacket(&packet, packetInfo)) return false;
@@ -97,7 +96,7 @@ void TXMPFiles<tStringObj>::PutXMP(const TXMPMeta<tStringObj>& xmpObj) {
         xmptoolkit_detail::RaiseError(kXMPErr_BadObject, "TXMPFiles::PutXMP", m_path, "not opened for update");
     if (!m_file->CanPutPacket(packet))
         xmptoolkit_detail::RaiseError(kXMPErr_Unavailable, "TXMPFiles::PutXMP", m_path,
-                                          "the file handler cannot write this XMP into the file");
+                                      "the file handler cannot write this XMP into the file");
     m_pendingPacket = std::move(packet);
 }
 

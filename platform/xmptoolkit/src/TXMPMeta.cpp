@@ -37,8 +37,7 @@ void TXMPMeta<tStringObj>::ParseFromBuffer(XMP_StringPtr buffer, XMP_StringLen s
 }
 
 template <class tStringObj>
-void TXMPMeta<tStringObj>::SerializeToBuffer(tStringObj* packet, XMP_OptionBits options,
-                                             XMP_StringLen padding) const {
+void TXMPMeta<tStringObj>::SerializeToBuffer(tStringObj* packet, XMP_OptionBits options, XMP_StringLen padding) const {
     m_tree->Serialize(packet, options, padding);
 }
 
@@ -70,9 +69,8 @@ XMP_Index TXMPMeta<tStringObj>::CountArrayItems(XMP_StringPtr schemaNS, XMP_Stri
 }
 
 template <class tStringObj>
-void TXMPMeta<tStringObj>::AppendArrayItem(XMP_StringPtr schemaNS, XMP_StringPtr arrayName,
-                                           XMP_OptionBits arrayOptions, XMP_StringPtr itemValue,
-                                           XMP_OptionBits itemOptions) {
+void TXMPMeta<tStringObj>::AppendArrayItem(XMP_StringPtr schemaNS, XMP_StringPtr arrayName, XMP_OptionBits arrayOptions,
+                                           XMP_StringPtr itemValue, XMP_OptionBits itemOptions) {
     m_tree->AppendArrayItem(schemaNS, arrayName, arrayOptions, itemValue, itemOptions);
 }
 
@@ -118,23 +116,22 @@ void TXMPMeta<tStringObj>::SetStructField(XMP_StringPtr schemaNS, XMP_StringPtr 
 }
 
 template <class tStringObj>
-void TXMPMeta<tStringObj>::DeleteStructField(XMP_StringPtr schemaNS, XMP_StringPtr structName,
-                                             XMP_StringPtr fieldNS, XMP_StringPtr fieldName) {
+void TXMPMeta<tStringObj>::DeleteStructField(XMP_StringPtr schemaNS, XMP_StringPtr structName, XMP_StringPtr fieldNS,
+                                             XMP_StringPtr fieldName) {
     const std::string path = xmptoolkit_detail::StructFieldPath(schemaNS, structName, fieldNS, fieldName);
     m_tree->DeleteProperty("DeleteStructField", schemaNS, path.c_str());
 }
 
 template <class tStringObj>
-bool TXMPMeta<tStringObj>::DoesStructFieldExist(XMP_StringPtr schemaNS, XMP_StringPtr structName,
-                                                XMP_StringPtr fieldNS, XMP_StringPtr fieldName) const {
+bool TXMPMeta<tStringObj>::DoesStructFieldExist(XMP_StringPtr schemaNS, XMP_StringPtr structName, XMP_StringPtr fieldNS,
+                                                XMP_StringPtr fieldName) const {
     const std::string path = xmptoolkit_detail::StructFieldPath(schemaNS, structName, fieldNS, fieldName);
     return m_tree->HasProperty("DoesStructFieldExist", schemaNS, path.c_str());
 }
 
 template <class tStringObj>
 bool TXMPMeta<tStringObj>::GetQualifier(XMP_StringPtr schemaNS, XMP_StringPtr propName, XMP_StringPtr qualNS,
-                                        XMP_StringPtr qualName, tStringObj* qualValue,
-                                        XMP_OptionBits* options) const {
+                                        XMP_StringPtr qualName, tStringObj* qualValue, XMP_OptionBits* options) const {
     const std::string path = xmptoolkit_detail::QualifierPath(schemaNS, propName, qualNS, qualName);
     return m_tree->GetProperty("GetQualifier", schemaNS, path.c_str(), qualValue, options);
 }
@@ -151,8 +148,7 @@ bool TXMPMeta<tStringObj>::GetLocalizedText(XMP_StringPtr schemaNS, XMP_StringPt
                                             XMP_StringPtr genericLang, XMP_StringPtr specificLang,
                                             tStringObj* actualLang, tStringObj* itemValue,
                                             XMP_OptionBits* options) const {
-    return m_tree->GetLocalizedText(schemaNS, altTextName, genericLang, specificLang, actualLang, itemValue,
-                                    options);
+    return m_tree->GetLocalizedText(schemaNS, altTextName, genericLang, specificLang, actualLang, itemValue, options);
 }
 
 template <class tStringObj>

@@ -11,13 +11,15 @@ using xmptoolkit_detail::RequireArgument;
 
 namespace {
 
-std::string TextOrEmpty(XMP_StringPtr text) { return text == nullptr ? std::string() : std::string(text); }
+std::string TextOrEmpty(XMP_StringPtr text) {
+    return text == nullptr ? std::string() : std::string(text);
+}
 
 }  // namespace
 
 template <class tStringObj>
-void TXMPUtils<tStringObj>::ComposeArrayItemPath(XMP_StringPtr schemaNS, XMP_StringPtr arrayName,
-                                                 XMP_Index itemIndex, tStringObj* fullPath) {
+void TXMPUtils<tStringObj>::ComposeArrayItemPath(XMP_StringPtr schemaNS, XMP_StringPtr arrayName, XMP_Index itemIndex,
+                                                 tStringObj* fullPath) {
     RequireArgument(fullPath, "ComposeArrayItemPath", "output path pointer");
     *fullPath = xmptoolkit_detail::ArrayItemPath(schemaNS, arrayName, itemIndex);
 }
@@ -31,8 +33,8 @@ void TXMPUtils<tStringObj>::ComposeStructFieldPath(XMP_StringPtr schemaNS, XMP_S
 }
 
 template <class tStringObj>
-void TXMPUtils<tStringObj>::ComposeQualifierPath(XMP_StringPtr schemaNS, XMP_StringPtr propName,
-                                                 XMP_StringPtr qualNS, XMP_StringPtr qualName, tStringObj* fullPath) {
+void TXMPUtils<tStringObj>::ComposeQualifierPath(XMP_StringPtr schemaNS, XMP_StringPtr propName, XMP_StringPtr qualNS,
+                                                 XMP_StringPtr qualName, tStringObj* fullPath) {
     RequireArgument(fullPath, "ComposeQualifierPath", "output path pointer");
     *fullPath = xmptoolkit_detail::QualifierPath(schemaNS, propName, qualNS, qualName);
 }

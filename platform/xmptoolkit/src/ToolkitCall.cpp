@@ -26,26 +26,46 @@ std::mutex& ToolkitLock() {
 
 std::string_view ErrorName(int id) {
     switch (id) {
-        case kXMPErr_BadObject: return "bad object";
-        case kXMPErr_BadParam: return "bad parameter";
-        case kXMPErr_BadValue: return "bad value";
-        case kXMPErr_InternalFailure: return "internal failure";
-        case kXMPErr_BadSchema: return "bad schema";
-        case kXMPErr_BadXPath: return "bad XPath";
-        case kXMPErr_BadOptions: return "bad options";
-        case kXMPErr_BadIndex: return "bad index";
-        case kXMPErr_BadIterPosition: return "bad iterator position";
-        case kXMPErr_BadParse: return "bad parse";
-        case kXMPErr_BadSerialize: return "bad serialize";
-        case kXMPErr_BadFileFormat: return "bad file format";
-        case kXMPErr_NoFileHandler: return "no file handler";
-        case kXMPErr_NoFile: return "no such file";
-        case kXMPErr_FilePermission: return "file permission";
-        case kXMPErr_BadXML: return "bad XML";
-        case kXMPErr_BadRDF: return "bad RDF";
-        case kXMPErr_BadXMP: return "bad XMP";
-        case kXMPErr_BadUnicode: return "bad Unicode";
-        default: return "toolkit error";
+        case kXMPErr_BadObject:
+            return "bad object";
+        case kXMPErr_BadParam:
+            return "bad parameter";
+        case kXMPErr_BadValue:
+            return "bad value";
+        case kXMPErr_InternalFailure:
+            return "internal failure";
+        case kXMPErr_BadSchema:
+            return "bad schema";
+        case kXMPErr_BadXPath:
+            return "bad XPath";
+        case kXMPErr_BadOptions:
+            return "bad options";
+        case kXMPErr_BadIndex:
+            return "bad index";
+        case kXMPErr_BadIterPosition:
+            return "bad iterator position";
+        case kXMPErr_BadParse:
+            return "bad parse";
+        case kXMPErr_BadSerialize:
+            return "bad serialize";
+        case kXMPErr_BadFileFormat:
+            return "bad file format";
+        case kXMPErr_NoFileHandler:
+            return "no file handler";
+        case kXMPErr_NoFile:
+            return "no such file";
+        case kXMPErr_FilePermission:
+            return "file permission";
+        case kXMPErr_BadXML:
+            return "bad XML";
+        case kXMPErr_BadRDF:
+            return "bad RDF";
+        case kXMPErr_BadXMP:
+            return "bad XMP";
+        case kXMPErr_BadUnicode:
+            return "bad Unicode";
+        default:
+            return "toolkit error";
     }
 }
 
@@ -78,11 +98,9 @@ void RaiseError(int id, std::string_view operation, std::string_view path, std::
     throw XMP_Error(id, message.c_str());
 }
 
-void RequireSuccess(const ToolkitOutcome& outcome, std::string_view operation, std::string_view path,
-                    int fallbackId) {
+void RequireSuccess(const ToolkitOutcome& outcome, std::string_view operation, std::string_view path, int fallbackId) {
     if (!outcome.m_succeeded) {
-        RaiseError(outcome.m_errorId != 0 ? outcome.m_errorId : fallbackId, operation, path,
-                   outcome.m_toolkitMessage);
+        RaiseError(outcome.m_errorId != 0 ? outcome.m_errorId : fallbackId, operation, path, outcome.m_toolkitMessage);
     }
 }
 

@@ -14,8 +14,8 @@ namespace xmptoolkit_detail {
 
 struct ToolkitOutcome {
     bool m_succeeded = false;
-    int m_errorId = 0;            // positive, 0 when the toolkit recorded none
-    std::string m_toolkitMessage; // what the toolkit printed about the failure
+    int m_errorId = 0;             // positive, 0 when the toolkit recorded none
+    std::string m_toolkitMessage;  // what the toolkit printed about the failure
 };
 
 class ToolkitGuard {

@@ -22,10 +22,10 @@ TreeWalk::~TreeWalk() {
 bool TreeWalk::Next(TreeNode* node) {
     uint32_t options = 0;
     // The end of the walk is a plain false.
-    const bool found = CallToolkit([&] {
-                           return xmp_iterator_next(m_iterator, m_schemaNS.Get(), m_path.Get(), m_value.Get(),
-                                                    &options);
-                       }).m_succeeded;
+    const bool found =
+        CallToolkit([&] {
+            return xmp_iterator_next(m_iterator, m_schemaNS.Get(), m_path.Get(), m_value.Get(), &options);
+        }).m_succeeded;
     if (found) {
         m_schemaNS.CopyTo(&node->m_schemaNS);
         m_path.CopyTo(&node->m_path);

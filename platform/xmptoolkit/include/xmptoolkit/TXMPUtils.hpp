@@ -18,8 +18,8 @@ public:
     // Copies a subtree (with its qualifiers) from source to dest. A sourceNS and
     // sourceRoot of "*" copy every top-level property; empty destNS / destRoot
     // mean "the same as the source".
-    static void DuplicateSubtree(const TXMPMeta<tStringObj>& source, TXMPMeta<tStringObj>* dest,
-                                 XMP_StringPtr sourceNS, XMP_StringPtr sourceRoot, XMP_StringPtr destNS = nullptr,
+    static void DuplicateSubtree(const TXMPMeta<tStringObj>& source, TXMPMeta<tStringObj>* dest, XMP_StringPtr sourceNS,
+                                 XMP_StringPtr sourceRoot, XMP_StringPtr destNS = nullptr,
                                  XMP_StringPtr destRoot = nullptr, XMP_OptionBits options = 0);
 
     // Merges templ into working according to the kXMPTemplate_... action bits.
