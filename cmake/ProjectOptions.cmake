@@ -15,3 +15,10 @@ if(KELTXMP_BUILD_FUZZERS)
   # Coverage feedback for the library code; the fuzz programs add the driver.
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
+
+# Rebuilds in several checkouts share one compiler cache when it is there.
+find_program(KELTXMP_CCACHE ccache)
+if(KELTXMP_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_C_COMPILER_LAUNCHER ${KELTXMP_CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${KELTXMP_CCACHE})
+endif()
