@@ -31,6 +31,23 @@ XMPTemporalMetadataCollector::~XMPTemporalMetadataCollector() = default;
 namespace collector {
 namespace {
 
+std::size_t Times(std::size_t count, std::size_t factor) {
+    return count > std::numeric_limits<std::size_t>::max() / factor ? std::numeric_limits<std::size_t>::max()
+                                                                    : count * factor;
+}
+
+std::size_t TextBytes(const XMPTemporalMetadataInfo& info) {
+    std::size_t bytes = 0;
+    for (int field = XMPTemporalMetadataInfo::kInfoField_Name; field <= XMPTemporalMetadataInfo::kInfoField_MarkerID;
+         ++field) {
+        bytes += info.GetMarkerFieldPtr(static_cast<XMPTemporalMetadataInfo::_infoFieldEnum>(field))->size();
+    }
+    for (const XMPCuePointParam& cuePoint : info.GetCuePointParamList()) {
+        bytes += cuePoint.GetKeyPtr()->size() + cuePoint.GetValuePtr()->size();
+    }
+    return bytes;
+}
+
 [[noreturn]] void ThrowBound(const std::string& what, const std::string& instanceID) {
     const std::string message = "Collecting temporal metadata: " + what + ", at instance ID \"" + instanceID + "\"";
     throw XMP_Error(kXMPErr_BadXMP, message.c_str());
@@ -44,9 +61,8 @@ Walk::Walk(DocumentSource& source, Collection& collection, std::size_t maxRecord
     : m_source(source),
       m_collection(collection),
       m_maxRecords(maxRecords),
-      m_maxSteps(maxRecords > std::numeric_limits<std::size_t>::max() / kStepsPerRecord
-                     ? std::numeric_limits<std::size_t>::max()
-                     : maxRecords * kStepsPerRecord) {}
+      m_maxSteps(Times(maxRecords, kStepsPerRecord)),
+      m_maxTextBytes(Times(maxRecords, kTextBytesPerRecord)) {}
 
 void Walk::Run(unsigned char mask, std::int64_t rangeStart, std::int64_t rangeDuration) {
     Collect(m_source.Top(Content::kIngredients),
@@ -96,9 +112,18 @@ void Walk::CollectComponent(const Visit& visit, const std::string& instanceID) {
 }
 
 void Walk::Insert(std::int64_t key, XMPTemporalMetadataInfo&& info) {
+    const std::string& instanceID =
+        *info.GetMarkerFieldPtr(XMPTemporalMetadataInfo::kInfoField_ReportedContainingInstanceID);
     if (m_collection.size() >= m_maxRecords) {
         ThrowBound("more than " + std::to_string(m_maxRecords) + " records (the collection's record bound)",
-                   *info.GetMarkerFieldPtr(XMPTemporalMetadataInfo::kInfoField_ReportedContainingInstanceID));
+                   instanceID);
+    }
+    m_textBytes += TextBytes(info);
+    if (m_textBytes > m_maxTextBytes) {
+        ThrowBound("more than " + std::to_string(m_maxTextBytes) + " bytes of record text (" +
+                       std::to_string(kTextBytesPerRecord) + " per record of the bound of " +
+                       std::to_string(m_maxRecords) + " records)",
+                   instanceID);
     }
     m_collection.emplace(key, std::move(info));
 }

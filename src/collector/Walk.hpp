@@ -24,9 +24,13 @@ public:
     // allowed per record of the bound, so that uses which show little of a
     // large document cannot run on without records.
     static constexpr std::size_t kStepsPerRecord = 64;
+    // Text is copied into every record that shows a marker, so long texts
+    // used often are bounded too.
+    static constexpr std::size_t kTextBytesPerRecord = 256;
 
-    // Files into `collection`; more than maxRecords records, or more steps
-    // than kStepsPerRecord times that, raise XMP_Error kXMPErr_BadXMP.
+    // Files into `collection`; more than maxRecords records, more steps than
+    // kStepsPerRecord times that, or more text than kTextBytesPerRecord times
+    // that, raise XMP_Error kXMPErr_BadXMP.
     Walk(DocumentSource& source, Collection& collection, std::size_t maxRecords);
 
     // The range of the top document's timeline; a negative duration counts
@@ -47,7 +51,9 @@ private:
     Collection& m_collection;
     std::size_t m_maxRecords;
     std::size_t m_maxSteps;
+    std::size_t m_maxTextBytes;
     std::size_t m_steps = 0;
+    std::size_t m_textBytes = 0;
     // Visit keys of the no-repeat mode.
     std::set<std::string> m_visited;
 };

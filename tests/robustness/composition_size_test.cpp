@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <keltemporalxmp/collector.hpp>
@@ -25,15 +26,26 @@ std::string Part(std::int64_t start, std::int64_t duration) {
 }
 
 // A document of the pantry: `markers` one-second markers, one per second,
-// and `count` uses of the first `length` seconds of `source`, side by side
+// each with `comment`, and `count` uses of the first `length` seconds of `source`, side by side
 // or all at the start.
 struct PantryDocument {
+    PantryDocument(std::string id, int markers, std::string source = "", int count = 0, std::int64_t length = 1,
+                   bool sideBySide = true, std::string comment = "")
+        : m_id(std::move(id)),
+          m_markers(markers),
+          m_source(std::move(source)),
+          m_count(count),
+          m_length(length),
+          m_sideBySide(sideBySide),
+          m_comment(std::move(comment)) {}
+
     std::string m_id;
-    int m_markers = 0;
+    int m_markers;
     std::string m_source;
-    int m_count = 0;
-    std::int64_t m_length = 1;
-    bool m_sideBySide = true;
+    int m_count;
+    std::int64_t m_length;
+    bool m_sideBySide;
+    std::string m_comment;
 };
 
 void AppendUses(SXMPMeta& meta, const std::string& listPath, const PantryDocument& document) {
@@ -49,8 +61,9 @@ void AppendUses(SXMPMeta& meta, const std::string& listPath, const PantryDocumen
     }
 }
 
-void AppendMarkers(SXMPMeta& meta, const std::string& tracksPath, const char* tracksNS, int markers) {
-    if (markers == 0) {
+void AppendMarkers(SXMPMeta& meta, const std::string& tracksPath, const char* tracksNS,
+                   const PantryDocument& document) {
+    if (document.m_markers == 0) {
         return;
     }
     meta.AppendArrayItem(tracksNS, tracksPath.c_str(), kXMP_PropValueIsArray, "", kXMP_PropValueIsStruct);
@@ -59,12 +72,13 @@ void AppendMarkers(SXMPMeta& meta, const std::string& tracksPath, const char* tr
     meta.SetStructField(tracksNS, track.c_str(), kXMP_NS_DM, "frameRate", "f1");
     std::string markersPath;
     SXMPUtils::ComposeStructFieldPath(tracksNS, track.c_str(), kXMP_NS_DM, "markers", &markersPath);
-    for (int i = 0; i < markers; ++i) {
+    for (int i = 0; i < document.m_markers; ++i) {
         meta.AppendArrayItem(tracksNS, markersPath.c_str(), kXMP_PropArrayIsOrdered, "", kXMP_PropValueIsStruct);
         const std::string marker = markersPath + "[last()]";
         meta.SetStructField(tracksNS, marker.c_str(), kXMP_NS_DM, "name", ("m" + std::to_string(i)).c_str());
         meta.SetStructField(tracksNS, marker.c_str(), kXMP_NS_DM, "startTime", std::to_string(i).c_str());
         meta.SetStructField(tracksNS, marker.c_str(), kXMP_NS_DM, "duration", "1");
+        meta.SetStructField(tracksNS, marker.c_str(), kXMP_NS_DM, "comment", document.m_comment.c_str());
     }
 }
 
@@ -73,13 +87,13 @@ void AppendMarkers(SXMPMeta& meta, const std::string& tracksPath, const char* tr
 SXMPMeta Composition(const PantryDocument& top, const std::vector<PantryDocument>& pantry) {
     SXMPMeta meta;
     meta.SetProperty(kXMP_NS_XMP_MM, "xmpMM:InstanceID", top.m_id.c_str());
-    AppendMarkers(meta, "xmpDM:Tracks", kXMP_NS_DM, top.m_markers);
+    AppendMarkers(meta, "xmpDM:Tracks", kXMP_NS_DM, top);
     AppendUses(meta, "xmpMM:Ingredients", top);
     for (const PantryDocument& document : pantry) {
         meta.AppendArrayItem(kXMP_NS_XMP_MM, "xmpMM:Pantry", kXMP_PropValueIsArray, "", kXMP_PropValueIsStruct);
         const std::string item = "xmpMM:Pantry[last()]";
         meta.SetStructField(kXMP_NS_XMP_MM, item.c_str(), kXMP_NS_XMP_MM, "InstanceID", document.m_id.c_str());
-        AppendMarkers(meta, item + "/xmpDM:Tracks", kXMP_NS_XMP_MM, document.m_markers);
+        AppendMarkers(meta, item + "/xmpDM:Tracks", kXMP_NS_XMP_MM, document);
         AppendUses(meta, item + "/xmpMM:Ingredients", document);
     }
     return meta;
@@ -114,20 +128,19 @@ Outcome Collect(const SXMPMeta& meta, unsigned char mask, std::size_t maxRecords
 // A clip used 100,000 times side by side, and two levels of 300 uses of 300
 // uses: each use gives a component record and the clip's one marker.
 TEST(CompositionSize, EveryUseOfAHeavilyReusedClipIsCollected) {
-    const SXMPMeta flat = Composition({"top", 0, "clip", 100000, 1}, {{"clip", 1, "", 0, 1}});
+    const SXMPMeta flat = Composition({"top", 0, "clip", 100000, 1}, {{"clip", 1}});
     const Outcome flatOutcome = Collect(flat, C::kDefaultCollectionMask, C::kDefaultMaxRecords);
     EXPECT_EQ(flatOutcome.m_error, "");
     EXPECT_EQ(flatOutcome.m_records, 1 + 2 * 100000u);
 
-    const SXMPMeta nested =
-        Composition({"top", 0, "reel", 300, 300}, {{"reel", 0, "clip", 300, 1}, {"clip", 1, "", 0, 1}});
+    const SXMPMeta nested = Composition({"top", 0, "reel", 300, 300}, {{"reel", 0, "clip", 300, 1}, {"clip", 1}});
     const Outcome nestedOutcome = Collect(nested, C::kDefaultCollectionMask, C::kDefaultMaxRecords);
     EXPECT_EQ(nestedOutcome.m_error, "");
     EXPECT_EQ(nestedOutcome.m_records, 1 + 300 + 2 * 300 * 300u);
 }
 
 TEST(CompositionSize, OneRecordPastTheBoundFails) {
-    const SXMPMeta flat = Composition({"top", 0, "clip", 1000, 1}, {{"clip", 1, "", 0, 1}});
+    const SXMPMeta flat = Composition({"top", 0, "clip", 1000, 1}, {{"clip", 1}});
     EXPECT_EQ(Collect(flat, C::kDefaultCollectionMask, 2001).m_records, 2001u);
     EXPECT_EQ(Collect(flat, C::kDefaultCollectionMask, 2000).m_error,
               "Collecting temporal metadata: more than 2000 records (the collection's record bound), at instance "
@@ -154,6 +167,12 @@ TEST(CompositionSize, RunawayPantriesStopAtABound) {
              return Composition({"top", 0, "clip", 1000, 1}, {{"clip", 1000, "", 0, 1}});
          },
          C::kCollectIngredientMarkers, "looked at"},
+        // 1,000 uses of a marker with a 10 kB comment: 10 MB of copies.
+        {"long texts used often",
+         [] {
+             return Composition({"top", 0, "clip", 1000, 1}, {{"clip", 1, "", 0, 1, true, std::string(10000, 'x')}});
+         },
+         C::kCollectIngredientMarkers, "more than 2560000 bytes of record text"},
         // A document that uses itself twice, forever.
         {"cycle",
          [] {
