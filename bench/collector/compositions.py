@@ -2,7 +2,8 @@
 """Writes large and hostile composed sidecars for timing `keltemporalxmp collect`.
 
 Usage:
-  compositions.py flat USES MARKERS        one clip of MARKERS markers used USES times side by side
+  compositions.py flat USES MARKERS [TEXT] one clip of MARKERS markers (comments TEXT bytes long) used
+                                           USES times side by side
   compositions.py nested OUTER INNER       OUTER uses of a reel that uses a one-marker clip INNER times
   compositions.py fanout DOCS USES MARKERS a pantry chain: each document uses the next USES times
   compositions.py cycle USES               a document that uses itself USES times
@@ -20,7 +21,11 @@ def instance_id(name):
     return "xmp.iid:" + str(uuid.uuid5(uuid.NAMESPACE_URL, name))
 
 
-def tracks(markers, out):
+def comment(i, length):
+    return f"A comment on marker {i}" if length is None else "x" * length
+
+
+def tracks(markers, out, comment_bytes=None):
     if markers == 0:
         return
     out.append("<xmpDM:Tracks><rdf:Bag><rdf:li rdf:parseType=\"Resource\">")
@@ -29,7 +34,7 @@ def tracks(markers, out):
     for i in range(markers):
         out.append(f"<rdf:li rdf:parseType=\"Resource\"><xmpDM:startTime>{i * 25}</xmpDM:startTime>"
                    f"<xmpDM:duration>12</xmpDM:duration><xmpDM:name>Marker {i}</xmpDM:name>"
-                   f"<xmpDM:comment>A comment on marker {i}</xmpDM:comment></rdf:li>")
+                   f"<xmpDM:comment>{comment(i, comment_bytes)}</xmpDM:comment></rdf:li>")
     out.append("</rdf:Seq></xmpDM:markers></rdf:li></rdf:Bag></xmpDM:Tracks>")
 
 
@@ -46,10 +51,10 @@ def uses(source, count, length, side_by_side, out):
     out.append("</rdf:Bag></xmpMM:Ingredients>")
 
 
-def document(name, markers, source, count, length, side_by_side, out):
-    """One document's properties: (name, markers, source, count, length, side_by_side)."""
+def document(name, markers, source, count, length, side_by_side, out, comment_bytes=None):
+    """One document's properties: (name, markers, source, count, length, side_by_side[, comment_bytes])."""
     out.append(f"<xmpMM:InstanceID>{instance_id(name)}</xmpMM:InstanceID>")
-    tracks(markers, out)
+    tracks(markers, out, comment_bytes)
     uses(source, count, length, side_by_side, out)
 
 
@@ -57,11 +62,11 @@ def composition(top, pantry):
     out = ["<?xpacket begin=\"\ufeff\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>",
            "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">",
            f"<rdf:Description rdf:about=\"\"\n{NAMESPACES}>"]
-    document(*top, out)
+    document(*top[:6], out)
     out.append("<xmpMM:Pantry><rdf:Bag>")
     for entry in pantry:
         out.append("<rdf:li rdf:parseType=\"Resource\">")
-        document(*entry, out)
+        document(*entry[:6], out, *entry[6:])
         out.append("</rdf:li>")
     out.append("</rdf:Bag></xmpMM:Pantry></rdf:Description></rdf:RDF></x:xmpmeta>")
     out.append("<?xpacket end=\"w\"?>")
@@ -71,8 +76,9 @@ def composition(top, pantry):
 def main(argv):
     kind, numbers = argv[1], [int(n) for n in argv[2:]]
     if kind == "flat":
-        count, markers = numbers
-        text = composition(("top", 0, "clip", count, 1, True), [("clip", markers, "", 0, 1, True)])
+        count, markers = numbers[:2]
+        comment_bytes = numbers[2] if len(numbers) > 2 else None
+        text = composition(("top", 0, "clip", count, 1, True), [("clip", markers, "", 0, 1, True, comment_bytes)])
     elif kind == "nested":
         outer, inner = numbers
         text = composition(("top", 0, "reel", outer, inner, True),

@@ -35,8 +35,9 @@ namespace keltemporalxmp {
 // the work grows with the records collected. So that a small pantry whose
 // documents each use several others cannot make exponentially many, one
 // collection makes at most maxRecords records (kDefaultMaxRecords unless
-// given) and looks at no more than 64 documents, markers and ingredient uses
-// per record of that bound; past either, the same error names the bound.
+// given), holding no more than 256 bytes of text per record of that bound,
+// and looks at no more than 64 documents, markers and ingredient uses per
+// record of that bound; past any of these the same error names the bound.
 //
 // One thread at a time.
 class XMPTemporalMetadataCollector {
