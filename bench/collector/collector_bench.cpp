@@ -128,7 +128,7 @@ const SXMPMeta& FlatComposition() {
         SXMPMeta meta;
         XMPDocOpsTemporal doc;
         doc.OpenXMP(&meta, "");
-        doc.AddIngredientXMPTemporal(clip, 0, 1, 1, kSecond, 1, 1, 0, 1, 1, kSecond, 1, 1, "", "", "linear");
+        doc.AddIngredientXMPTemporal(clip, 0, kSecond, 0, kSecond, "", "", "linear");
         doc.PrepareForSave("");
         std::string clipID;
         clip.GetProperty(kXMP_NS_XMP_MM, "xmpMM:InstanceID", &clipID, nullptr);
