@@ -35,8 +35,8 @@ namespace keltemporalxmp {
 // the work grows with the records collected. So that a small pantry whose
 // documents each use several others cannot make exponentially many, one
 // collection makes at most maxRecords records (kDefaultMaxRecords unless
-// given), holding no more than 256 bytes of text per record of that bound,
-// and looks at no more than 64 documents, markers and ingredient uses per
+// given), keeps no more than 256 bytes of text (in records, and the keys of
+// the no-repeat mode) per record of that bound, and looks at no more than 64 documents, markers and ingredient uses per
 // record of that bound; past any of these the same error names the bound.
 //
 // One thread at a time.

@@ -75,9 +75,14 @@ void Walk::Collect(const DocumentRecords& document, const Visit& visit) {
         ThrowBound("ingredients nested more than " + std::to_string(C::kMaxNestingDepth) + " deep", instanceID);
     }
     Step(instanceID);
-    if ((visit.m_mask & C::kNoRepeat) != 0 &&
-        !m_visited.insert(visit.m_chain.empty() ? instanceID + "/-noqualifier-" : visit.m_chain).second) {
-        return;
+    if ((visit.m_mask & C::kNoRepeat) != 0) {
+        const auto [key, added] =
+            m_visited.insert(visit.m_chain.empty() ? instanceID + "/-noqualifier-" : visit.m_chain);
+        if (!added) {
+            return;
+        }
+        // Keys grow with the depth: kept for every visit, they count as text.
+        AddText(key->size(), instanceID);
     }
     CollectComponent(visit, instanceID);
     if ((visit.m_mask & (visit.AtTop() ? C::kCollectDocumentMarkers : C::kCollectIngredientMarkers)) != 0) {
@@ -118,14 +123,18 @@ void Walk::Insert(std::int64_t key, XMPTemporalMetadataInfo&& info) {
         ThrowBound("more than " + std::to_string(m_maxRecords) + " records (the collection's record bound)",
                    instanceID);
     }
-    m_textBytes += TextBytes(info);
+    AddText(TextBytes(info), instanceID);
+    m_collection.emplace(key, std::move(info));
+}
+
+void Walk::AddText(std::size_t bytes, const std::string& instanceID) {
+    m_textBytes += bytes;
     if (m_textBytes > m_maxTextBytes) {
-        ThrowBound("more than " + std::to_string(m_maxTextBytes) + " bytes of record text (" +
+        ThrowBound("more than " + std::to_string(m_maxTextBytes) + " bytes of text kept (" +
                        std::to_string(kTextBytesPerRecord) + " per record of the bound of " +
                        std::to_string(m_maxRecords) + " records)",
                    instanceID);
     }
-    m_collection.emplace(key, std::move(info));
 }
 
 void Walk::Step(const std::string& instanceID) {

@@ -24,13 +24,14 @@ public:
     // allowed per record of the bound, so that uses which show little of a
     // large document cannot run on without records.
     static constexpr std::size_t kStepsPerRecord = 64;
-    // Text is copied into every record that shows a marker, so long texts
-    // used often are bounded too.
+    // Text is copied into every record that shows a marker, and the
+    // no-repeat mode keeps a key for every visit, so long texts used often
+    // are bounded too.
     static constexpr std::size_t kTextBytesPerRecord = 256;
 
     // Files into `collection`; more than maxRecords records, more steps than
     // kStepsPerRecord times that, or more text than kTextBytesPerRecord times
-    // that, raise XMP_Error kXMPErr_BadXMP.
+    // that kept, raise XMP_Error kXMPErr_BadXMP.
     Walk(DocumentSource& source, Collection& collection, std::size_t maxRecords);
 
     // The range of the top document's timeline; a negative duration counts
@@ -46,6 +47,7 @@ private:
     void File(XMPTemporalMetadataInfo marker, const MarkerPlacement& placement);
     void Insert(std::int64_t key, XMPTemporalMetadataInfo&& info);
     void Step(const std::string& instanceID);
+    void AddText(std::size_t bytes, const std::string& instanceID);
 
     DocumentSource& m_source;
     Collection& m_collection;

@@ -27,7 +27,7 @@ std::string Part(std::int64_t start, std::int64_t duration) {
 
 // A document of the pantry: `markers` one-second markers, one per second,
 // each with `comment`, and `count` uses of the first `length` seconds of `source`, side by side
-// or all at the start.
+// or each a second after the one before, overlapping it.
 struct PantryDocument {
     PantryDocument(std::string id, int markers, std::string source = "", int count = 0, std::int64_t length = 1,
                    bool sideBySide = true, std::string comment = "")
@@ -56,8 +56,10 @@ void AppendUses(SXMPMeta& meta, const std::string& listPath, const PantryDocumen
                             document.m_source.c_str());
         meta.SetStructField(kXMP_NS_XMP_MM, item.c_str(), kXMP_NS_XMP_ResourceRef, "fromPart",
                             Part(0, document.m_length).c_str());
-        meta.SetStructField(kXMP_NS_XMP_MM, item.c_str(), kXMP_NS_XMP_ResourceRef, "toPart",
-                            Part(document.m_sideBySide ? i * document.m_length : 0, document.m_length).c_str());
+        meta.SetStructField(
+            kXMP_NS_XMP_MM, item.c_str(), kXMP_NS_XMP_ResourceRef, "toPart",
+            (document.m_sideBySide ? Part(i * document.m_length, document.m_length) : Part(i, document.m_length))
+                .c_str());
     }
 }
 
@@ -105,9 +107,9 @@ SXMPMeta FanOut(int count, int fanOut, int markers) {
     std::vector<PantryDocument> pantry;
     for (int n = 1; n <= count; ++n) {
         pantry.push_back(
-            {"n" + std::to_string(n), markers, "n" + std::to_string(n + 1), n < count ? fanOut : 0, 1, false});
+            {"n" + std::to_string(n), markers, "n" + std::to_string(n + 1), n < count ? fanOut : 0, 10, false});
     }
-    return Composition({"top", 0, "n1", 1, 1}, pantry);
+    return Composition({"top", 0, "n1", 1, 10}, pantry);
 }
 
 struct Outcome {
@@ -172,7 +174,10 @@ TEST(CompositionSize, RunawayPantriesStopAtABound) {
          [] {
              return Composition({"top", 0, "clip", 1000, 1}, {{"clip", 1, "", 0, 1, true, std::string(10000, 'x')}});
          },
-         C::kCollectIngredientMarkers, "more than 2560000 bytes of record text"},
+         C::kCollectIngredientMarkers, "more than 2560000 bytes of text kept"},
+        // Every visit maps differently, so the no-repeat mode keeps a key for each.
+        {"fan-out without repeats", [] { return FanOut(30, 2, 0); }, C::kNoRepeat | C::kCollectIngredientMarkers,
+         "bytes of text kept"},
         // A document that uses itself twice, forever.
         {"cycle",
          [] {
