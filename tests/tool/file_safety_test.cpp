@@ -250,9 +250,9 @@ TEST_F(FileSafety, ConcurrentWritersOfOneDocumentKeepEveryUpdate) {
         WriteFile(document, kPacket);
         std::vector<int> writers;
         for (const char* source : {"one.xmp", "two.xmp"}) {
-            writers.push_back(StartTool({"add-ingredient", document, Path(source), "--from-part", "time:0d25f25",
-                                         "--to-part", "time:0d25f25"},
-                                        m_dir / (std::string(source) + ".err")));
+            writers.push_back(StartTool(
+                {"add-ingredient", document, Path(source), "--from-part", "time:0d25f25", "--to-part", "time:0d25f25"},
+                m_dir / (std::string(source) + ".err")));
         }
         for (const int writer : writers) {
             EXPECT_EQ(WaitForProgram(writer), 0) << ReadFile(m_dir / "one.xmp.err") << ReadFile(m_dir / "two.xmp.err");

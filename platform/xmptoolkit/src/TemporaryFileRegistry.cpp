@@ -49,9 +49,19 @@ void ForgetTemporaryFile(int entry) {
 namespace xmptoolkit {
 
 void RemoveTemporaryFilesInProgress() noexcept {
+    // Some of the toolkit's handlers rewrite a file through "<name>._00_"
+    // and "<name>._01_"; those go too.
+    constexpr const char* kSuffixes[] = {"", "._00_", "._01_"};
     for (auto& entry : xmptoolkit_detail::g_entries) {
         const int directory = entry.directory.load(std::memory_order_acquire);
-        if (directory >= 0) ::unlinkat(directory, entry.name, 0);
+        if (directory < 0) continue;
+        for (const char* suffix : kSuffixes) {
+            char name[sizeof entry.name + 8];
+            const std::size_t length = std::strlen(entry.name);
+            std::memcpy(name, entry.name, length);
+            std::memcpy(name + length, suffix, std::strlen(suffix) + 1);
+            ::unlinkat(directory, name, 0);
+        }
     }
 }
 
