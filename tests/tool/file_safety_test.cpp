@@ -278,7 +278,7 @@ TEST_F(FileSafety, AWriterWaitingForTheLockGivesUpAndSaysSo) {
 
 // A large media file: the copy takes long enough to be interrupted.
 TEST_F(FileSafety, SigtermDuringAWriteLeavesNoTemporaryFile) {
-    constexpr std::size_t kPadding = 24u << 20;
+    constexpr std::size_t kPadding = 32u << 20;
     std::string big = kFormats[3].second;
     const std::uint32_t boxSize = static_cast<std::uint32_t>(kPadding + 8);
     for (const int shift : {24, 16, 8, 0}) {
@@ -297,9 +297,10 @@ TEST_F(FileSafety, SigtermDuringAWriteLeavesNoTemporaryFile) {
     }
     ASSERT_TRUE(seen) << "no temporary file appeared";
     ::kill(pid, SIGTERM);
-    EXPECT_EQ(WaitForProgram(pid), 128 + SIGTERM);
+    EXPECT_EQ(WaitForProgram(pid), 128 + SIGTERM) << ReadFile(m_dir / "err");
     EXPECT_THAT(TemporaryFilesIn(m_dir / ""), testing::IsEmpty());
-    EXPECT_EQ(Hash(m_dir / "big.mp4"), before);
+    // A signal that arrives during the rename is handled right after it.
+    EXPECT_TRUE(Hash(m_dir / "big.mp4") == before || MarkerCount(Path("big.mp4")) == 1);
 }
 
 // A small tmpfs filled up: needs root and a kernel that lets the test mount.
