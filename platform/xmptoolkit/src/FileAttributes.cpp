@@ -51,7 +51,9 @@ void KeepAttributes(int from, int to, std::string_view path) {
     struct stat status {};
     if (::fstat(from, &status) != 0) RaiseError(kXMPErr_ExternalFailure, kOperation, path, SystemErrorText());
     // Only root may give a file away; anyone may keep a group they belong to.
-    if (::fchown(to, status.st_uid, status.st_gid) != 0) (void)::fchown(to, static_cast<uid_t>(-1), status.st_gid);
+    // Keeping neither leaves the file this user's: no reason to fail the write.
+    [[maybe_unused]] const bool ownerKept =
+        ::fchown(to, status.st_uid, status.st_gid) == 0 || ::fchown(to, static_cast<uid_t>(-1), status.st_gid) == 0;
     KeepExtendedAttributes(from, to, path);
     // Last: a change of owner clears the set-id bits.
     if (::fchmod(to, status.st_mode & 07777) != 0)
