@@ -303,27 +303,65 @@ TEST_F(FileSafety, SigtermDuringAWriteLeavesNoTemporaryFile) {
     EXPECT_TRUE(Hash(m_dir / "big.mp4") == before || MarkerCount(Path("big.mp4")) == 1);
 }
 
-// A small tmpfs filled up: needs root and a kernel that lets the test mount.
+// A small tmpfs, unmounted whatever the test's outcome.
+class SmallFileSystem {
+public:
+    SmallFileSystem(const fs::path& at, const char* options)
+        : m_at(at), m_mounted(::mount("tmpfs", at.c_str(), "tmpfs", 0, options) == 0) {}
+    ~SmallFileSystem() {
+        if (m_mounted) {
+            ::umount(m_at.c_str());
+        }
+    }
+    SmallFileSystem(const SmallFileSystem&) = delete;
+    SmallFileSystem& operator=(const SmallFileSystem&) = delete;
+    bool Mounted() const { return m_mounted; }
+
+private:
+    fs::path m_at;
+    bool m_mounted;
+};
+
+// Needs root and a kernel that lets the test mount.
 TEST_F(FileSafety, AFullDiskLeavesTheOriginalAndSaysSo) {
     const fs::path small = m_dir / "small";
     fs::create_directory(small);
-    if (::geteuid() != 0 || ::mount("tmpfs", small.c_str(), "tmpfs", 0, "size=64k") != 0) {
-        GTEST_SKIP() << "a full file system is not checked: mounting a small tmpfs needs root";
+    {
+        const SmallFileSystem full(small, "size=64k");
+        if (::geteuid() != 0 || !full.Mounted()) {
+            GTEST_SKIP() << "a full file system is not checked: mounting a small tmpfs needs root";
+        }
+        for (const auto& [extension, bytes] : kFormats) {
+            WriteFile(small / ("clip." + extension), bytes);
+        }
+        WriteFile(small / "filler", std::string(1 << 20, 'x'));  // as much as fits
+        for (const auto& [extension, bytes] : kFormats) {
+            const fs::path file = small / ("clip." + extension);
+            const std::size_t before = Hash(file);
+            const ToolResult result = WriteMarkers(file.string());
+            EXPECT_EQ(result.status, 1) << file;
+            EXPECT_THAT(result.err, HasSubstr("No space left on device")) << file;
+            EXPECT_EQ(Hash(file), before) << file;
+        }
+        EXPECT_THAT(TemporaryFilesIn(small), testing::IsEmpty());
     }
-    for (const auto& [extension, bytes] : kFormats) {
-        WriteFile(small / ("clip." + extension), bytes);
+    // No inode left: the temporary file cannot even be created.
+    const SmallFileSystem noInodes(small, "size=64k,nr_inodes=16");
+    ASSERT_TRUE(noInodes.Mounted());
+    WriteFile(small / "clip.xmp", kPacket);
+    const std::size_t before = Hash(small / "clip.xmp");
+    for (int i = 0;; ++i) {
+        const int file = ::open((small / std::to_string(i)).c_str(), O_CREAT | O_WRONLY, 0644);
+        if (file < 0) {
+            break;
+        }
+        ::close(file);
     }
-    WriteFile(small / "filler", std::string(1 << 20, 'x'));  // as much as fits
-    for (const auto& [extension, bytes] : kFormats) {
-        const fs::path file = small / ("clip." + extension);
-        const std::size_t before = Hash(file);
-        const ToolResult result = WriteMarkers(file.string());
-        EXPECT_EQ(result.status, 1) << file;
-        EXPECT_THAT(result.err, HasSubstr("No space left on device")) << file;
-        EXPECT_EQ(Hash(file), before) << file;
-    }
-    EXPECT_THAT(TemporaryFilesIn(small), testing::IsEmpty());
-    ::umount(small.c_str());
+    const ToolResult result = WriteMarkers((small / "clip.xmp").string());
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err,
+                HasSubstr("cannot create a temporary file in " + small.string() + ": No space left on device"));
+    EXPECT_EQ(Hash(small / "clip.xmp"), before);
 }
 
 }  // namespace
