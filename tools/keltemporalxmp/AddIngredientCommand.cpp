@@ -9,6 +9,7 @@
 #include "CommandList.hpp"
 #include "Documents.hpp"
 #include "FileReport.hpp"
+#include "Options.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {
@@ -53,15 +54,15 @@ int RunAddIngredient(const AddIngredientOptions& options) {
         return status;
     }
     return ForEachFile({options.document}, [&](const std::string& file) {
-        SXMPMeta meta = ReadDocument(file);
-        const std::unique_ptr<XMPDocOpsTemporal> document = OpenTemporalDocument(meta);
-        document->AddIngredientXMPTemporal(source, from.start, from.startRate.numerator, from.startRate.denominator,
-                                           from.duration, from.durationRate.numerator, from.durationRate.denominator,
-                                           to.start, to.startRate.numerator, to.startRate.denominator, to.duration,
-                                           to.durationRate.numerator, to.durationRate.denominator,
-                                           options.source.c_str(), "", options.mapping.c_str(), options.maskMarkers);
-        document->PrepareForSave("");
-        WriteDocument(file, meta, options.output);
+        UpdateDocument(file, options.output, [&](SXMPMeta& meta) {
+            const std::unique_ptr<XMPDocOpsTemporal> document = OpenTemporalDocument(meta);
+            document->AddIngredientXMPTemporal(
+                source, from.start, from.startRate.numerator, from.startRate.denominator, from.duration,
+                from.durationRate.numerator, from.durationRate.denominator, to.start, to.startRate.numerator,
+                to.startRate.denominator, to.duration, to.durationRate.numerator, to.durationRate.denominator,
+                options.source.c_str(), "", options.mapping.c_str(), options.maskMarkers);
+            document->PrepareForSave("");
+        });
         std::printf("%s: %s added (%s onto %s, %s%s)\n", options.output.empty() ? file.c_str() : options.output.c_str(),
                     options.source.c_str(), options.fromPart.c_str(), options.toPart.c_str(), options.mapping.c_str(),
                     options.maskMarkers ? ", markers masked" : "");
@@ -81,7 +82,7 @@ CommandEntry AddAddIngredientCommand(CLI::App& app) {
     command->add_option("--mapping", options->mapping, "How the span runs: linear (default) or linear-reversed")
         ->check(CLI::IsMember({"linear", "linear-reversed"}));
     command->add_flag("--mask-markers", options->maskMarkers, "Hide SOURCE's markers from collections");
-    command->add_option("--output", options->output, "Write here and leave DOC as it is");
+    AddOutputOption(*command, options->output, "Write here and leave DOC as it is");
     return {command, [options] { return RunAddIngredient(*options); }};
 }
 

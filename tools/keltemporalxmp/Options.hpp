@@ -19,6 +19,10 @@ void AddFormatOptions(CLI::App& command, OutputFormat& format);
 CLI::Option* AddRateOption(CLI::App& command, const std::string& name, std::optional<FrameRate>& rate,
                            const std::string& description);
 
+// --output OUT of a command that writes: not empty (an unset shell variable
+// must not turn into writing FILE in place).
+void AddOutputOption(CLI::App& command, std::string& output, const std::string& description);
+
 // FILE..., at least one.
 void AddFileArguments(CLI::App& command, std::vector<std::string>& files);
 

@@ -85,9 +85,8 @@ int RunWriteMarkers(const WriteMarkersOptions& options) {
         return kExitBadInput;
     }
     return ForEachFile({options.file}, [&](const std::string& file) {
-        SXMPMeta meta = ReadDocument(file);
-        WriteAllMarkers(markers, meta, rate.numerator, rate.denominator);
-        WriteDocument(file, meta, options.output);
+        UpdateDocument(file, options.output,
+                       [&](SXMPMeta& meta) { WriteAllMarkers(markers, meta, rate.numerator, rate.denominator); });
         std::printf("%s: %zu markers in %zu tracks at %s\n",
                     options.output.empty() ? file.c_str() : options.output.c_str(), markers.size(), TypeCount(markers),
                     FrameRateText(rate).c_str());
@@ -105,8 +104,8 @@ CommandEntry AddWriteMarkersCommand(CLI::App& app) {
     AddRateOption(*command, "--frame-rate", options->rate,
                   "Rate of the tracks written, and of counts and timecode in the JSON; by default the rate the "
                   "markers were shown at when every time is a whole frame there, else ticks");
-    command->add_option("--output", options->output,
-                        "Write here (a sidecar, or a copy of a media file) and leave FILE as it is");
+    AddOutputOption(*command, options->output,
+                    "Write here (a sidecar, or a copy of a media file) and leave FILE as it is");
     return {command, [options] { return RunWriteMarkers(*options); }};
 }
 
