@@ -1,19 +1,30 @@
 // to_ticks and from_ticks: XMP's time notations as the library reads and
 // writes them. Too quick to be worth releasing the GIL.
 
+#include <cmath>
+#include <cstdlib>
+
 #include <keltemporalxmp/docops.hpp>
 
 #include "Arguments.hpp"
 #include "Bindings.hpp"
+#include "Errors.hpp"
 
 namespace keltemporalxmp::python {
 namespace {
 
 py::object ToTicks(py::handle text, py::handle rate) {
     const std::string time = TextFrom(text, "text");
-    const Rate counted = RateFrom(rate, "rate").value_or(kTickRate);
-    return TicksObject(XMPDocOpsTemporal::ConvertExternalTimeStringToTicks(time.c_str(), counted.numerator,
-                                                                           counted.denominator, kTickRate.numerator));
+    Rate counted = RateFrom(rate, "rate").value_or(kTickRate);
+    const std::int64_t ticks = XMPDocOpsTemporal::ConvertExternalTimeStringToTicks(
+        time.c_str(), &counted.numerator, &counted.denominator, kTickRate.numerator);
+    // The library wraps a count that overflows; refuse it instead.
+    const double frames = std::strtod(time.c_str(), nullptr);
+    if (!(std::fabs(frames * static_cast<double>(counted.denominator) / static_cast<double>(counted.numerator) *
+                    static_cast<double>(kTickRate.numerator)) < static_cast<double>(kTimeUnspecified))) {
+        throw ArgumentError("cannot read '" + time + "' as a time: too far from zero");
+    }
+    return TicksObject(ticks);
 }
 
 std::string FromTicks(py::handle ticks, py::handle rate) {
