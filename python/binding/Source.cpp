@@ -24,13 +24,16 @@ std::string TypeName(py::handle object) {
     return Py_TYPE(object.ptr())->tp_name;
 }
 
+// A strided view (memoryview(data)[::-1]) is refused: it is not the packet's bytes in order.
 std::string BytesOf(py::handle object) {
-    const py::buffer_info view = py::reinterpret_borrow<py::buffer>(object).request();
-    if (view.itemsize != 1 || view.ndim > 1) {
-        throw ArgumentTypeError("an XMP packet must be bytes, not a buffer of " + std::to_string(view.itemsize) +
-                                "-byte items");
+    Py_buffer view{};
+    if (PyObject_GetBuffer(object.ptr(), &view, PyBUF_SIMPLE) != 0) {
+        PyErr_Clear();
+        throw ArgumentTypeError("an XMP packet must be bytes or a contiguous buffer of them");
     }
-    return std::string(static_cast<const char*>(view.ptr), static_cast<std::size_t>(view.size));
+    std::string bytes(static_cast<const char*>(view.buf), static_cast<std::size_t>(view.len));
+    PyBuffer_Release(&view);
+    return bytes;
 }
 
 [[noreturn]] void FailWithErrno(const std::string& path) {

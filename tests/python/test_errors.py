@@ -31,6 +31,7 @@ ARGUMENT_ERRORS = [
     (lambda: kx.read_markers(3), TypeError, "not int"),
     (lambda: kx.read_markers(["a"]), TypeError, "source"),
     (lambda: kx.read_markers("a\0b"), ValueError, "embedded null"),
+    (lambda: kx.read_markers(memoryview(PACKET)[::-1]), TypeError, "contiguous"),
     (lambda: kx.read_markers(""), ValueError, "empty"),
     (lambda: kx.collect(PACKET, mask=0x100), ValueError, "mask"),
     (lambda: kx.collect(PACKET, mask=-1), ValueError, "mask"),
