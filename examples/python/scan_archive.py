@@ -73,6 +73,11 @@ def scan_files(paths):
     return rows
 
 
+def scan_to_lines(paths):
+    """The rows of several files as JSON Lines text: workers do the encoding, in parallel."""
+    return "".join(json.dumps(row, ensure_ascii=False) + "\n" for row in scan_files(paths))
+
+
 def batches(paths, count):
     """paths cut into about `count` runs of neighbours, so each task is worth its overhead."""
     size = max(1, -(-len(paths) // max(1, count)))
@@ -105,7 +110,7 @@ def scan_on_cluster(client, paths, out):
 
     workers = max(1, len(client.scheduler_info()["workers"]))
     runs = batches(paths, workers * 8)
-    futures = client.map(scan_files, runs, pure=False)
+    futures = client.map(scan_to_lines, runs, pure=False)
     index = {future.key: i for i, future in enumerate(futures)}
     finished = {}
     written = 0
@@ -121,9 +126,9 @@ def scan_on_cluster(client, paths, out):
         done += len(runs[i])
         progress.update(done)
         while written in finished:
-            for row in finished.pop(written):
-                out.write(json.dumps(row, ensure_ascii=False) + "\n")
-                rows += 1
+            lines = finished.pop(written)
+            out.write(lines)
+            rows += lines.count("\n")
             written += 1
     progress.close()
     return rows
