@@ -104,12 +104,15 @@ double Seconds(std::int64_t ticks) {
 }
 
 std::int64_t FrameCount(std::int64_t ticks, FrameRate rate) {
-    std::string frames;
-    XMPDocOpsTemporal::ConvertTicksToExternalTimeString(&frames, ticks, rate.numerator, rate.denominator,
-                                                        kTicksPerSecond, false);
-    const std::int64_t count = std::strtoll(frames.c_str(), nullptr, 10);
-    // The library halves a frame in integers, so it may round a midpoint the other way.
     const std::optional<std::int64_t> exact = ExactFrames(ticks, rate);
+    std::int64_t count = 0;
+    if (exact) {
+        std::string frames;
+        XMPDocOpsTemporal::ConvertTicksToExternalTimeString(&frames, ticks, rate.numerator, rate.denominator,
+                                                            kTicksPerSecond, false);
+        count = std::strtoll(frames.c_str(), nullptr, 10);
+    }
+    // The library halves a frame in integers, so it may round a midpoint the other way.
     if (!exact || count < *exact - 1 || count > *exact + 1) {
         throw InputError(std::to_string(ticks) + " ticks cannot be counted in frames at " + FrameRateText(rate) +
                          ": the count does not fit 64 bits");
