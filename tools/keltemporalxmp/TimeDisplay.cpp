@@ -46,6 +46,13 @@ std::optional<std::int64_t> ExactFrames(std::int64_t ticks, FrameRate rate) {
     return ticks < 0 ? -count : count;
 }
 
+// |a - b|, which may not fit a signed count.
+std::uint64_t Distance(std::int64_t a, std::int64_t b) {
+    const auto ua = static_cast<std::uint64_t>(a);
+    const auto ub = static_cast<std::uint64_t>(b);
+    return a > b ? ua - ub : ub - ua;
+}
+
 // Drop-frame timecode skips the first labels of every minute except each
 // tenth minute (two labels at 29.97, four at 59.94); the frame number is
 // turned into the label number it is shown as.
@@ -113,7 +120,7 @@ std::int64_t FrameCount(std::int64_t ticks, FrameRate rate) {
         count = std::strtoll(frames.c_str(), nullptr, 10);
     }
     // The library halves a frame in integers, so it may round a midpoint the other way.
-    if (!exact || count < *exact - 1 || count > *exact + 1) {
+    if (!exact || Distance(count, *exact) > 1) {
         throw InputError(std::to_string(ticks) + " ticks cannot be counted in frames at " + FrameRateText(rate) +
                          ": the count does not fit 64 bits");
     }
