@@ -3,7 +3,6 @@
 // itself, any other file goes through the toolkit's file handlers. Writing
 // never loses data: the file is replaced only once the new one is complete.
 
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -15,11 +14,6 @@ namespace keltemporalxmp::tool {
 // Empty metadata when the file carries no XMP. Only a regular file (or a
 // symlink to one) is read; InputError says what anything else is.
 SXMPMeta ReadDocument(const std::string& path);
-
-// The bytes of a regular file (or of one a symlink names) of at most
-// `maximumBytes`. InputError says why it cannot be read; a FIFO or a device is
-// refused without blocking on it or reading it.
-std::string ReadRegularFile(const std::string& path, std::uintmax_t maximumBytes);
 
 // Puts `meta` into the file at `path`, or into `output` when that is given
 // (a new sidecar, or a copy of `path` with the new XMP); on any failure every

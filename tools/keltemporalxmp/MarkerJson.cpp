@@ -6,8 +6,8 @@
 
 #include <kelcore/UTF.hpp>
 
-#include "Documents.hpp"
 #include "Errors.hpp"
+#include "InputFiles.hpp"
 #include "TimeInput.hpp"
 
 namespace keltemporalxmp::tool {
