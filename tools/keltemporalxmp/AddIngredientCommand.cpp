@@ -10,6 +10,7 @@
 #include "Documents.hpp"
 #include "FileReport.hpp"
 #include "Options.hpp"
+#include "TimeInput.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {
@@ -34,6 +35,7 @@ struct Part {
 // Only the time of a part is used: a part that names no time is refused
 // rather than read as the whole document.
 Part ParsePartOption(const std::string& option, const std::string& text) {
+    ParseUserPart(text, std::nullopt);
     Part part{};
     std::string path;
     XMPDocOpsTemporal::ParsePart(text.c_str(), &part.start, &part.startRate.numerator, &part.startRate.denominator,

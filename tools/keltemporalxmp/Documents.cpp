@@ -4,11 +4,15 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
 
+#include <xmptoolkit/XMP_PacketLimits.hpp>
+
 #include "Errors.hpp"
+#include "InputFiles.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {
@@ -118,6 +122,8 @@ private:
 }  // namespace
 
 SXMPMeta ReadDocument(const std::string& path) {
+    // The toolkit would block on a FIFO and read a device without end.
+    CheckInputFile(path, IsSidecar(path) ? XMP_PacketLimits::kMaxPacketBytes : UINTMAX_MAX);
     SXMPFiles file;
     OpenXmpFile(file, path, kXMPFiles_OpenForRead);
     SXMPMeta meta;

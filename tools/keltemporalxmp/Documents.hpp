@@ -14,7 +14,8 @@
 
 namespace keltemporalxmp::tool {
 
-// Empty metadata when the file carries no XMP.
+// Empty metadata when the file carries no XMP. Only a regular file (or a
+// symlink to one) is read; InputError says what anything else is.
 SXMPMeta ReadDocument(const std::string& path);
 
 // Reads the XMP of `path`, lets `edit` change it and puts it back into the

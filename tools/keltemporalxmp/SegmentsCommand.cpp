@@ -17,9 +17,10 @@ namespace keltemporalxmp::tool {
 namespace {
 
 // Whole frames of frameDuration ticks, rounded to the nearest; none when
-// either is unspecified.
+// either is unspecified, or a frame is not a positive number of ticks (a
+// negative rate stored in the file).
 std::optional<std::int64_t> FramesOf(std::int64_t ticks, std::int64_t frameDuration) {
-    if (ticks == kTimeUnspecified || frameDuration == kTimeUnspecified) {
+    if (ticks == kTimeUnspecified || frameDuration == kTimeUnspecified || frameDuration <= 0) {
         return std::nullopt;
     }
     return std::llround(static_cast<long double>(ticks) / static_cast<long double>(frameDuration));

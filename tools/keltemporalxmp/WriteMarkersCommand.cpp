@@ -2,8 +2,6 @@
 // replaces the file's tracks with the markers of a JSON file in the schema
 // `markers --json` prints.
 
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <set>
@@ -26,14 +24,6 @@ struct WriteMarkersOptions {
     std::string output;
     std::optional<FrameRate> rate;
 };
-
-std::string ReadText(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        throw InputError("cannot open it");
-    }
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
 
 // Tracks store whole frames: a time is kept only when it reads back the same.
 bool StoresExactly(std::int64_t ticks, FrameRate rate) {
@@ -77,7 +67,7 @@ int RunWriteMarkers(const WriteMarkersOptions& options) {
     MarkerList markers;
     FrameRate rate;
     try {
-        MarkersFromJson json = ReadMarkersJson(ReadText(options.from), options.rate);
+        MarkersFromJson json = ReadMarkersJsonFile(options.from, options.rate);
         rate = WritingRate(json.markers, options.rate, json.rate);
         markers = std::move(json.markers);
     } catch (const InputError& error) {
