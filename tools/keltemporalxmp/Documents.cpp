@@ -72,9 +72,15 @@ void PutIntoCopy(const std::string& path, const SXMPMeta& meta, const std::strin
     }
 }
 
+// The toolkit would block on a FIFO and read a device without end.
+void CheckDocumentFile(const std::string& path) {
+    CheckInputFile(path, IsSidecar(path) ? XMP_PacketLimits::kMaxPacketBytes : UINTMAX_MAX);
+}
+
 // With `edit`, the XMP of `path` is read, edited and written; without, `meta`.
 void PutDocument(const std::string& path, const std::string& output, SXMPMeta meta,
                  const std::function<void(SXMPMeta&)>* edit) {
+    CheckDocumentFile(path);
     if (output.empty() || IsSameFile(path, output)) {
         PutInPlace(path, meta, edit);
         return;
@@ -122,8 +128,7 @@ private:
 }  // namespace
 
 SXMPMeta ReadDocument(const std::string& path) {
-    // The toolkit would block on a FIFO and read a device without end.
-    CheckInputFile(path, IsSidecar(path) ? XMP_PacketLimits::kMaxPacketBytes : UINTMAX_MAX);
+    CheckDocumentFile(path);
     SXMPFiles file;
     OpenXmpFile(file, path, kXMPFiles_OpenForRead);
     SXMPMeta meta;
