@@ -1,0 +1,22 @@
+#pragma once
+// Which reader a read-only command uses: the streaming reader of the packet's
+// text, falling back to the toolkit wherever it cannot answer with certainty,
+// or the toolkit alone.
+
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <keltemporalxmp/records.hpp>
+
+namespace keltemporalxmp::tool {
+
+enum class ReaderChoice { kFast, kToolkit };
+
+// --reader fast|toolkit, fast by default.
+void AddReaderOption(CLI::App& command, ReaderChoice& reader);
+
+// The file's tracks as XMPDocOpsTemporal gives them for its XMP.
+std::vector<XMPTrack> ReadTracks(const std::string& path, ReaderChoice reader);
+
+}  // namespace keltemporalxmp::tool
