@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <new>
 
 #include <xmptoolkit/XMP_PacketLimits.hpp>
@@ -22,6 +23,17 @@ XmlName SplitName(const XML_Char* name) {
         return {{}, text};
     }
     return {text.substr(0, separator), text.substr(separator + 1)};
+}
+
+// The toolkit rewrites hexadecimal character references before parsing
+// ("&#x42;" reads as a space), so text holding one is its to read; in UTF-8
+// and in UTF-16 of either byte order.
+constexpr std::string_view kHexReferences[] = {"&#x", std::string_view("&\0#\0x", 5)};
+constexpr std::size_t kLongestReference = 5;
+
+bool FindsHexReference(std::string_view text) {
+    return std::any_of(std::begin(kHexReferences), std::end(kHexReferences),
+                       [text](std::string_view reference) { return text.find(reference) != std::string_view::npos; });
 }
 
 bool IsUtf8Name(std::string_view encoding) {
@@ -58,6 +70,10 @@ bool PacketParser::Feed(std::string_view text, bool isLast) {
         m_walk.GiveUp();
         return false;
     }
+    if (HoldsHexReference(text)) {
+        m_walk.GiveUp();
+        return false;
+    }
     do {
         const std::size_t piece = std::min(text.size(), kPieceBytes);
         const bool last = isLast && piece == text.size();
@@ -68,6 +84,21 @@ bool PacketParser::Feed(std::string_view text, bool isLast) {
         text.remove_prefix(piece);
     } while (!text.empty());
     return !m_walk.GaveUp();
+}
+
+// Searched across the pieces: the last bytes of the previous one are kept.
+bool PacketParser::HoldsHexReference(std::string_view text) {
+    constexpr std::size_t kKept = kLongestReference - 1;
+    m_tail.append(text.substr(0, kKept));
+    if (FindsHexReference(m_tail) || FindsHexReference(text)) {
+        return true;
+    }
+    if (text.size() >= kKept) {
+        m_tail.assign(text.substr(text.size() - kKept));
+    } else if (m_tail.size() > kKept) {
+        m_tail.erase(0, m_tail.size() - kKept);
+    }
+    return false;
 }
 
 void PacketParser::StopIfGaveUp() {

@@ -5,6 +5,7 @@
 // count past the limit, any XML error) makes the walk give up.
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -34,12 +35,14 @@ private:
     static void XMLCALL OnDoctype(void* self, const XML_Char* name, const XML_Char* systemId, const XML_Char* publicId,
                                   int hasInternalSubset);
     static void XMLCALL OnDeclaration(void* self, const XML_Char* version, const XML_Char* encoding, int standalone);
+    bool HoldsHexReference(std::string_view text);
     void StopIfGaveUp();
 
     RdfWalk& m_walk;
     XML_Parser m_parser;
     std::uint64_t m_bytes = 0;
     std::vector<XmlName> m_attributeNames;  // reused for every element
+    std::string m_tail;                     // the last bytes fed
 };
 
 }  // namespace gnu::visibility("hidden")]]streamread
