@@ -7,11 +7,13 @@
 
 #include <gtest/gtest.h>
 
-#include "stream_read_support.hpp"
+#include "../fuzz/TrackAnswers.hpp"
 
 namespace {
 
-using namespace streamread_test;
+using keltemporalxmp::fuzz::Answer;
+using keltemporalxmp::fuzz::StreamAnswer;
+using keltemporalxmp::fuzz::ToolkitAnswer;
 
 constexpr const char* kRdfNS = "http://www.w3.org/1999/02/22-rdf-syntax-ns#";
 

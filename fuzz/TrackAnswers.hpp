@@ -1,29 +1,40 @@
-#include "stream_read_support.hpp"
+#pragma once
+// Both readers on one packet, their answers as text to compare: every field
+// of every record, or the error raised. Shared by the differential fuzz
+// target and the streaming reader's tests.
 
 #include <algorithm>
 #include <exception>
 #include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
 
-#include <kelcore/Exceptions.hpp>
+#include <keltemporalxmp/docops.hpp>
+#include <keltemporalxmp/streamread.hpp>
 
-namespace streamread_test {
-namespace {
+namespace keltemporalxmp::fuzz {
+
+struct Answer {
+    bool handedOver = false;  // the streaming reader only
+    std::string text;         // the records, or "error ...: " and the message
+};
 
 using Info = XMPTemporalMetadataInfo;
 
-std::string ErrorText(const std::exception_ptr& error) {
+inline std::string ErrorText(const std::exception_ptr& error) {
     try {
         std::rethrow_exception(error);
     } catch (const XMP_Error& xmpError) {
         return "error " + std::to_string(xmpError.GetID()) + ": " + xmpError.GetErrMsg();
     } catch (const std::exception& exception) {
         return std::string("error: ") + exception.what();
+    } catch (...) {
+        return "error of an unknown type";
     }
 }
 
-}  // namespace
-
-std::string Describe(const std::vector<XMPTrack>& tracks) {
+inline std::string Describe(const std::vector<XMPTrack>& tracks) {
     std::ostringstream out;
     std::string text;
     for (const XMPTrack& track : tracks) {
@@ -51,7 +62,7 @@ std::string Describe(const std::vector<XMPTrack>& tracks) {
     return out.str();
 }
 
-Answer ToolkitAnswer(std::string_view packet) {
+inline Answer ToolkitAnswer(std::string_view packet) {
     try {
         SXMPMeta meta(packet.data(), static_cast<XMP_StringLen>(packet.size()));
         XMPDocOpsTemporal document;
@@ -62,7 +73,7 @@ Answer ToolkitAnswer(std::string_view packet) {
     }
 }
 
-Answer StreamAnswer(std::string_view packet, std::size_t pieceBytes) {
+inline Answer StreamAnswer(std::string_view packet, std::size_t pieceBytes = 0) {
     try {
         PacketTrackReader reader;
         const std::size_t step = pieceBytes == 0 ? std::max<std::size_t>(packet.size(), 1) : pieceBytes;
@@ -81,4 +92,4 @@ Answer StreamAnswer(std::string_view packet, std::size_t pieceBytes) {
     }
 }
 
-}  // namespace streamread_test
+}  // namespace keltemporalxmp::fuzz
