@@ -31,8 +31,12 @@ XmlName SplitName(const XML_Char* name) {
 constexpr std::string_view kHexReferences[] = {"&#x", std::string_view("&\0#\0x", 5)};
 constexpr std::size_t kLongestReference = 5;
 
-bool FindsHexReference(std::string_view text) {
-    return std::any_of(std::begin(kHexReferences), std::end(kHexReferences),
+// The toolkit also turns DEL into a space, where expat keeps it.
+constexpr char kDelete = '\x7F';
+
+bool FindsQuirk(std::string_view text) {
+    return text.find(kDelete) != std::string_view::npos ||
+           std::any_of(std::begin(kHexReferences), std::end(kHexReferences),
                        [text](std::string_view reference) { return text.find(reference) != std::string_view::npos; });
 }
 
@@ -70,7 +74,7 @@ bool PacketParser::Feed(std::string_view text, bool isLast) {
         m_walk.GiveUp();
         return false;
     }
-    if (HoldsHexReference(text)) {
+    if (HoldsQuirk(text)) {
         m_walk.GiveUp();
         return false;
     }
@@ -87,10 +91,10 @@ bool PacketParser::Feed(std::string_view text, bool isLast) {
 }
 
 // Searched across the pieces: the last bytes of the previous one are kept.
-bool PacketParser::HoldsHexReference(std::string_view text) {
+bool PacketParser::HoldsQuirk(std::string_view text) {
     constexpr std::size_t kKept = kLongestReference - 1;
     m_tail.append(text.substr(0, kKept));
-    if (FindsHexReference(m_tail) || FindsHexReference(text)) {
+    if (FindsQuirk(m_tail) || FindsQuirk(text)) {
         return true;
     }
     if (text.size() >= kKept) {

@@ -35,7 +35,7 @@ private:
     static void XMLCALL OnDoctype(void* self, const XML_Char* name, const XML_Char* systemId, const XML_Char* publicId,
                                   int hasInternalSubset);
     static void XMLCALL OnDeclaration(void* self, const XML_Char* version, const XML_Char* encoding, int standalone);
-    bool HoldsHexReference(std::string_view text);
+    bool HoldsQuirk(std::string_view text);
     void StopIfGaveUp();
 
     RdfWalk& m_walk;

@@ -146,6 +146,11 @@ const Form kForms[] = {
     {"document type", "<!DOCTYPE x [<!ENTITY e \"v\">]>" + Packet(Track(Marker(kFields))), Expect::kHandedOver},
     {"comment inside", Packet(Track(Marker(kFields + "<!-- note -->"))), Expect::kHandedOver},
     {"control character", Packet(Track(Marker("<xmpDM:name>a\x01b</xmpDM:name>"))), Expect::kHandedOver},
+    {"delete character", Packet(Track(Marker("<xmpDM:name>a\x7F</xmpDM:name>"))), Expect::kHandedOver},
+    {"C1 control character",
+     Packet(Track(Marker("<xmpDM:name>a\xC2\x85"
+                         "b\xC2\x9F</xmpDM:name>"))),
+     Expect::kRead},
     {"bytes that are not UTF-8", Packet(Track(Marker("<xmpDM:name>caf\xE9</xmpDM:name>"))), Expect::kHandedOver},
     {"resource reference", Packet(Track(Marker("<xmpDM:target rdf:resource=\"http://x/\"/>"))), Expect::kHandedOver},
     {"typed node", Packet(Track("<rdf:li><xmpDM:Marker/></rdf:li>")), Expect::kHandedOver},

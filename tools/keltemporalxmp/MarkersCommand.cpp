@@ -42,6 +42,32 @@ std::vector<std::optional<FrameRate>> MarkerRates(const std::vector<XMPTrack>& t
     return rates;
 }
 
+// JSON as the markers come, one track's markers at a time.
+void WriteMarkersJson(Report& output, const std::string& file, const MarkerTypeFilter& filter, ReaderChoice reader) {
+    const std::vector<XMPTrack> tracks = ReadTracks(file, reader);
+    output.BeginJsonList(file, "markers");
+    for (const XMPTrack& track : tracks) {
+        MarkerList markers;
+        AppendMarkersOfTracks({&track, 1}, markers);
+        const std::optional<FrameRate> rate = TrackRate(track);
+        for (const auto& marker : markers) {
+            if (filter.Validate(marker->GetType())) {
+                output.AddJsonItem(MarkerJson(*marker, rate));
+            }
+        }
+    }
+    output.EndJsonList();
+}
+
+int StreamMarkersJson(const MarkersOptions& options, const MarkerTypeFilter& filter) {
+    Report output(OutputFormat::kJson, "markers", true);
+    const int status = ForEachFile(options.files.files, [&](const std::string& file) {
+        WriteMarkersJson(output, file, filter, options.files.reader);
+    });
+    output.Finish();
+    return status;
+}
+
 FileReport ReportMarkers(const std::string& file, const MarkerTypeFilter& filter, ReaderChoice reader) {
     const std::vector<XMPTrack> tracks = ReadTracks(file, reader);
     MarkerList markers;
@@ -77,6 +103,9 @@ CommandEntry AddMarkersCommand(CLI::App& app) {
     only->excludes(exclude);
     return {command, [options] {
                 const kelcore::RefPtr<MarkerTypeFilter> filter = TypeFilter(*options);
+                if (options->files.format == OutputFormat::kJson) {
+                    return StreamMarkersJson(*options, *filter);
+                }
                 return ReportOnFiles(options->files, "markers", [&](const std::string& file) {
                     return ReportMarkers(file, *filter, options->files.reader);
                 });
