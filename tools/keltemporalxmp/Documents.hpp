@@ -11,6 +11,9 @@
 
 namespace keltemporalxmp::tool {
 
+// A sidecar (.xmp, in any case) holds the packet itself.
+bool IsSidecar(const std::string& path);
+
 // Empty metadata when the file carries no XMP.
 SXMPMeta ReadDocument(const std::string& path);
 

@@ -2,11 +2,7 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
-#include <array>
-#include <cctype>
 #include <cstdio>
-#include <filesystem>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -20,13 +16,6 @@ namespace keltemporalxmp::tool {
 namespace {
 
 constexpr std::size_t kReadBytes = std::size_t{1} << 20;
-
-bool IsSidecar(const std::string& path) {
-    std::string extension = std::filesystem::path(path).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return extension == ".xmp";
-}
 
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
