@@ -94,6 +94,13 @@ TEST(ReaderDifferential, RepositoryPacketsWholeAndTruncated) {
     }
 }
 
+TEST(ReaderDifferential, FilesThatCannotBeReadAndUnknownReaders) {
+    const ScratchDirectory scratch;
+    ExpectSameAnswers("missing", scratch / "missing.xmp");
+    ExpectSameAnswers("a directory", scratch / "");
+    EXPECT_EQ(RunTool({"markers", "--reader", "other", (kSource / "examples/interview.xmp").string()}).status, 2);
+}
+
 TEST(ReaderDifferential, PacketsOtherWritersMade) {
     const ToolResult version = RunProgram("exiftool", {"-ver"});
     ASSERT_EQ(version.status, 0) << "exiftool is needed (Debian libimage-exiftool-perl; scripts/install-deps)";

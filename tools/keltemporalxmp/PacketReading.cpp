@@ -4,7 +4,6 @@
 
 #include <cstdio>
 #include <iterator>
-#include <map>
 #include <memory>
 
 #include <keltemporalxmp/streamread.hpp>
@@ -57,14 +56,15 @@ std::vector<XMPTrack> ToolkitTracks(const std::string& path) {
 }  // namespace
 
 void AddReaderOption(CLI::App& command, ReaderChoice& reader) {
-    const std::map<std::string, ReaderChoice> choices = {{"fast", ReaderChoice::kFast},
-                                                         {"toolkit", ReaderChoice::kToolkit}};
     command
-        .add_option("--reader", reader,
-                    "fast: read the packet's text directly, through the XMP toolkit wherever that reader "
-                    "cannot answer; toolkit: through the XMP toolkit only")
-        ->transform(CLI::CheckedTransformer(choices, CLI::ignore_case))
-        ->default_str("fast");
+        .add_option_function<std::string>(
+            "--reader",
+            [&reader](const std::string& name) {
+                reader = name == "toolkit" ? ReaderChoice::kToolkit : ReaderChoice::kFast;
+            },
+            "fast (the default): read the packet's text directly, through the XMP toolkit wherever that "
+            "reader cannot answer; toolkit: through the XMP toolkit only")
+        ->check(CLI::IsMember({"fast", "toolkit"}));
 }
 
 std::vector<XMPTrack> ReadTracks(const std::string& path, ReaderChoice reader) {
