@@ -16,7 +16,8 @@ enum class ReaderChoice { kFast, kToolkit };
 // --reader fast|toolkit, fast by default.
 void AddReaderOption(CLI::App& command, ReaderChoice& reader);
 
-// The file's tracks as XMPDocOpsTemporal gives them for its XMP.
+// The file's tracks as XMPDocOpsTemporal gives them for its XMP; every
+// read-only command that lists tracks or markers (export too) reads them here.
 std::vector<XMPTrack> ReadTracks(const std::string& path, ReaderChoice reader);
 
 }  // namespace keltemporalxmp::tool
