@@ -5,3 +5,4 @@
 #include <keltemporalxmp/docops.hpp>
 #include <keltemporalxmp/markers.hpp>
 #include <keltemporalxmp/records.hpp>
+#include <keltemporalxmp/streamread.hpp>

@@ -22,13 +22,6 @@ namespace fs = std::filesystem;
 // Below this many files a progress line would only flicker.
 constexpr std::size_t kProgressMinimumFiles = 5;
 
-bool IsSidecar(const std::string& path) {
-    std::string extension = fs::path(path).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return extension == ".xmp";
-}
-
 // A format without a file handler is scanned for its packet, which can then
 // only be rewritten in place, within its padding.
 void OpenXmpFile(SXMPFiles& file, const std::string& path, XMP_OptionBits openFlags) {
@@ -126,6 +119,13 @@ private:
 };
 
 }  // namespace
+
+bool IsSidecar(const std::string& path) {
+    std::string extension = fs::path(path).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension == ".xmp";
+}
 
 SXMPMeta ReadDocument(const std::string& path) {
     CheckDocumentFile(path);

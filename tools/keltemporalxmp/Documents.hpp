@@ -14,6 +14,9 @@
 
 namespace keltemporalxmp::tool {
 
+// A sidecar (.xmp, in any case) holds the packet itself.
+bool IsSidecar(const std::string& path);
+
 // Empty metadata when the file carries no XMP. Only a regular file (or a
 // symlink to one) is read; InputError says what anything else is.
 SXMPMeta ReadDocument(const std::string& path);
