@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 
+#include <keltemporalxmp/export.hpp>
 #include <keltemporalxmp/records.hpp>
 #include <xmptoolkit/XMP.hpp>
 
@@ -38,7 +39,7 @@ namespace keltemporalxmp {
 // same error instead of running without end.
 //
 // One thread at a time.
-class XMPTemporalMetadataCollector {
+class KELTXMP_API XMPTemporalMetadataCollector {
 public:
     enum _collectionMaskEnum : unsigned char {
         // A "Base Document" component-metadata record for the document itself.
@@ -83,13 +84,13 @@ private:
     struct Visit;
     struct MarkerPlacement;
 
-    void Collect(const SXMPMeta& xmp, const Visit& visit);
-    void IndexPantry(const SXMPMeta& xmp);
-    void CollectComponent(const Visit& visit, const std::string& instanceID);
-    void CollectMarkers(const SXMPMeta& xmp, const Visit& visit, const std::string& instanceID);
-    void CollectIngredients(const SXMPMeta& xmp, const Visit& visit);
+    KELTXMP_LOCAL void Collect(const SXMPMeta& xmp, const Visit& visit);
+    KELTXMP_LOCAL void IndexPantry(const SXMPMeta& xmp);
+    KELTXMP_LOCAL void CollectComponent(const Visit& visit, const std::string& instanceID);
+    KELTXMP_LOCAL void CollectMarkers(const SXMPMeta& xmp, const Visit& visit, const std::string& instanceID);
+    KELTXMP_LOCAL void CollectIngredients(const SXMPMeta& xmp, const Visit& visit);
     // Makes the marker a report-back of where it was found and files it.
-    void File(XMPTemporalMetadataInfo&& marker, const MarkerPlacement& placement);
+    KELTXMP_LOCAL void File(XMPTemporalMetadataInfo&& marker, const MarkerPlacement& placement);
 
     Collection m_collection;
     std::size_t m_documentVisits = 0;

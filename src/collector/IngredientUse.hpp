@@ -9,7 +9,7 @@
 #include "collector/TimeMapping.hpp"
 
 namespace keltemporalxmp {
-namespace [[gnu::visibility("hidden")]] collector {
+namespace collector {
 
 struct IngredientUse {
     std::string m_instanceID;
@@ -28,5 +28,5 @@ struct IngredientUse {
 // The struct item at itemPath; null when a part string cannot be read.
 std::optional<IngredientUse> ReadIngredientUse(const SXMPMeta& xmp, const std::string& itemPath, bool readMaskMarkers);
 
-}  // namespace gnu::visibility("hidden")]]collector
+}  // namespace collector
 }  // namespace keltemporalxmp

@@ -7,7 +7,7 @@
 #include <limits>
 
 namespace keltemporalxmp {
-namespace [[gnu::visibility("hidden")]] collector {
+namespace collector {
 
 inline constexpr std::int64_t kUnspecified = std::numeric_limits<std::int64_t>::max();
 
@@ -57,5 +57,5 @@ struct Mapping {
     std::int64_t operator()(std::int64_t time) const;
 };
 
-}  // namespace gnu::visibility("hidden")]]collector
+}  // namespace collector
 }  // namespace keltemporalxmp

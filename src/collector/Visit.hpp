@@ -10,8 +10,8 @@
 
 namespace keltemporalxmp {
 
-// Hidden like the collector's other internals.
-struct [[gnu::visibility("hidden")]] XMPTemporalMetadataCollector::Visit {
+// Nested in an exported class, so hidden by hand: only the collector uses them.
+struct KELTXMP_LOCAL XMPTemporalMetadataCollector::Visit {
     Visit(std::string pantryPath, const collector::Mapping& mapping, std::int64_t fromDuration, unsigned char mask,
           const collector::Span& clip, int depth, std::string chain);
 
@@ -41,7 +41,7 @@ struct [[gnu::visibility("hidden")]] XMPTemporalMetadataCollector::Visit {
 };
 
 // A marker's place on the top document's timeline.
-struct [[gnu::visibility("hidden")]] XMPTemporalMetadataCollector::MarkerPlacement {
+struct KELTXMP_LOCAL XMPTemporalMetadataCollector::MarkerPlacement {
     collector::Span m_mapped;
     collector::Span m_clipped;
     const std::string& m_instanceID;

@@ -9,7 +9,7 @@
 #include <string_view>
 
 namespace keltemporalxmp {
-namespace [[gnu::visibility("hidden")]] docops {
+namespace docops {
 
 inline constexpr std::int64_t kUnspecifiedTicks = std::numeric_limits<std::int64_t>::max();
 
@@ -55,5 +55,5 @@ struct IngredientSpans {
 // when nothing of it is used.
 std::optional<IngredientSpans> MapThrough(const IngredientSpans& outer, const IngredientSpans& nested);
 
-}  // namespace gnu::visibility("hidden")]]docops
+}  // namespace docops
 }  // namespace keltemporalxmp

@@ -12,9 +12,11 @@
 #include <string>
 #include <string_view>
 
+#include <keltemporalxmp/export.hpp>
+
 namespace kelcore {
 
-class DebugDatabase {
+class KELTXMP_API DebugDatabase {
 public:
     static constexpr const char* kEnvironmentVariable = "KELTEMPORALXMP_DEBUG";
 

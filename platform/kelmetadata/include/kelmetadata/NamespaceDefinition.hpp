@@ -4,9 +4,11 @@
 #include <memory>
 #include <string>
 
+#include <keltemporalxmp/export.hpp>
+
 namespace kelmetadata {
 
-class SchemaDefinition {
+class KELTXMP_API SchemaDefinition {
 public:
     SchemaDefinition(std::string uri, std::string schemaText);
 
@@ -21,6 +23,6 @@ private:
 
 // The definition of a registered namespace. An unknown URI raises XMP_Error
 // (bad parameter) naming the URI.
-std::shared_ptr<const SchemaDefinition> NamespaceDefinition(const std::string& uri);
+KELTXMP_API std::shared_ptr<const SchemaDefinition> NamespaceDefinition(const std::string& uri);
 
 }  // namespace kelmetadata

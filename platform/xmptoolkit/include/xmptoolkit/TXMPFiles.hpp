@@ -16,6 +16,7 @@
 #include <optional>
 #include <string>
 
+#include <keltemporalxmp/export.hpp>
 #include <xmptoolkit/TXMPMeta.hpp>
 
 namespace xmptoolkit_detail {
@@ -23,7 +24,7 @@ struct FileHandle;
 }
 
 template <class tStringObj>
-class TXMPFiles {
+class KELTXMP_API TXMPFiles {
 public:
     TXMPFiles();
     TXMPFiles(XMP_StringPtr filePath, XMP_FileFormat format = kXMP_UnknownFile, XMP_OptionBits openFlags = 0);
@@ -41,7 +42,7 @@ public:
     static XMP_FileFormat CheckFileFormat(XMP_StringPtr filePath);
 
 private:
-    void RequireOpenFile(XMP_StringPtr operation) const;
+    KELTXMP_LOCAL void RequireOpenFile(XMP_StringPtr operation) const;
 
     std::unique_ptr<xmptoolkit_detail::FileHandle> m_file;
     tStringObj m_path;
