@@ -17,11 +17,15 @@ configure_package_config_file(cmake/keltemporalxmpConfig.cmake.in
   ${CMAKE_CURRENT_BINARY_DIR}/keltemporalxmpConfig.cmake
   INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/keltemporalxmp)
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/keltemporalxmpConfigVersion.cmake
-  COMPATIBILITY SameMinorVersion)
+  VERSION ${PROJECT_VERSION}
+  COMPATIBILITY ${KELTXMP_COMPATIBILITY})
 install(FILES
   ${CMAKE_CURRENT_BINARY_DIR}/keltemporalxmpConfig.cmake
   ${CMAKE_CURRENT_BINARY_DIR}/keltemporalxmpConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/keltemporalxmp)
 
+# The way up from the pkg-config folder to the install prefix.
+file(RELATIVE_PATH KELTXMP_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+string(REGEX REPLACE "/$" "" KELTXMP_PC_PREFIX "${KELTXMP_PC_PREFIX}")
 configure_file(cmake/keltemporalxmp.pc.in ${CMAKE_CURRENT_BINARY_DIR}/keltemporalxmp.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/keltemporalxmp.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
