@@ -188,7 +188,7 @@ public:
 
     // --- Time strings -------------------------------------------------------
     // Stateless. Times are signed tick counts; the library always passes
-    // 254016000000 ticks per second. Malformed numbers read as 0 and missing
+    // TickTime::kTicksPerSecond (254016000000). Malformed numbers read as 0 and missing
     // pieces fall back to defaults, but a rate that would be divided by is
     // checked: a zero numerator (and, when writing, a zero denominator) or a
     // tick rate below 1 raises XMP_Error kXMPErr_BadValue naming the rate.

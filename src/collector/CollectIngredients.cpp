@@ -12,12 +12,13 @@ namespace keltemporalxmp {
 
 using collector::Interval;
 using collector::Span;
+using timestrings::kUnspecifiedTicks;
 
 namespace {
 
 void AppendPart(std::string& chain, const Span& span, const std::string& path) {
     std::string part;
-    XMPDocOpsTemporal::CreatePartString(&part, span.m_start, 0, 0, span.m_duration, 0, 0, collector::kUnspecified,
+    XMPDocOpsTemporal::CreatePartString(&part, span.m_start, 0, 0, span.m_duration, 0, 0, kUnspecifiedTicks,
                                         path.c_str());
     chain.append(part).append(1, ';');
 }

@@ -13,6 +13,8 @@ namespace keltemporalxmp {
 
 using collector::Interval;
 using collector::Span;
+using timestrings::SaturatingAdd;
+using timestrings::SaturatingSubtract;
 
 void XMPTemporalMetadataCollector::CollectMarkers(const SXMPMeta& xmp, const Visit& visit,
                                                   const std::string& instanceID) {
@@ -28,14 +30,14 @@ void XMPTemporalMetadataCollector::CollectMarkers(const SXMPMeta& xmp, const Vis
         for (auto entry = track.MarkerListIteratorBegin(); entry != track.MarkerListIteratorEnd(); ++entry) {
             XMPTemporalMetadataInfo& marker = entry->second;
             const std::int64_t start = visit.m_mapping(marker.GetStartTime());
-            const std::int64_t end = visit.m_mapping(collector::AddTimes(marker.GetStartTime(), marker.GetDuration()));
+            const std::int64_t end = visit.m_mapping(SaturatingAdd(marker.GetStartTime(), marker.GetDuration()));
             const Interval extent = Interval::ForOverlap(start, end);
             if (!extent.Overlaps(visit.m_mappedFromSpanForOverlap) || !extent.Overlaps(visit.m_clipRange)) {
                 continue;
             }
             File(std::move(marker),
-                 MarkerPlacement{Span{start, collector::SubtractTimes(end, start)}, visit.Clipped(start, end),
-                                 instanceID, trackName, trackType, partMapping});
+                 MarkerPlacement{Span{start, SaturatingSubtract(end, start)}, visit.Clipped(start, end), instanceID,
+                                 trackName, trackType, partMapping});
         }
     }
 }

@@ -11,6 +11,7 @@
 namespace keltemporalxmp {
 
 using collector::Span;
+using timestrings::SaturatingSubtract;
 
 XMPTemporalMetadataCollector::XMPTemporalMetadataCollector(const SXMPMeta& xmp, std::int64_t rangeStart,
                                                            std::int64_t rangeDuration)
@@ -71,7 +72,7 @@ void XMPTemporalMetadataCollector::CollectComponent(const Visit& visit, const st
         return;
     }
     const std::int64_t toStart = visit.m_mapping.m_toStart;
-    Span span{toStart, collector::SubtractTimes(visit.m_mappedFromEnd, toStart)};
+    Span span{toStart, SaturatingSubtract(visit.m_mappedFromEnd, toStart)};
     const bool reversed = !visit.AtTop() && visit.m_mapping.m_scale < 0.0;
     if (reversed && (visit.m_mask & kReversedComponentFromEnd) != 0) {
         span = span.Reversed();

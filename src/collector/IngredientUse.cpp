@@ -21,8 +21,8 @@ std::optional<Span> ReadPart(const SXMPMeta& xmp, const std::string& itemPath, c
 }  // namespace
 
 std::optional<double> IngredientUse::Scale() const {
-    const std::int64_t fromDuration = m_from.m_duration != kUnspecified ? m_from.m_duration : m_to.m_duration;
-    const std::int64_t toDuration = m_to.m_duration != kUnspecified ? m_to.m_duration : m_from.m_duration;
+    const std::int64_t fromDuration = m_from.m_duration != kUnspecifiedTicks ? m_from.m_duration : m_to.m_duration;
+    const std::int64_t toDuration = m_to.m_duration != kUnspecifiedTicks ? m_to.m_duration : m_from.m_duration;
     if (fromDuration == toDuration) {
         return 1.0;
     }
@@ -40,9 +40,9 @@ std::optional<IngredientUse> ReadIngredientUse(const SXMPMeta& xmp, const std::s
     }
     IngredientUse use{Field(xmp, itemPath, "instanceID"), *from, *to};
     if (docops::IsReversedMapping(Field(xmp, itemPath, "partMapping"))) {
-        if (use.m_from.m_duration != kUnspecified) {
+        if (use.m_from.m_duration != kUnspecifiedTicks) {
             use.m_from = use.m_from.Reversed();
-        } else if (use.m_to.m_duration != kUnspecified) {
+        } else if (use.m_to.m_duration != kUnspecifiedTicks) {
             use.m_to = use.m_to.Reversed();
         }
     }

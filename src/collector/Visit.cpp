@@ -7,7 +7,8 @@
 namespace keltemporalxmp {
 
 using collector::Interval;
-using collector::kUnspecified;
+using collector::kUnspecifiedTicks;
+using collector::SaturatingSubtract;
 
 XMPTemporalMetadataCollector::Visit::Visit(std::string pantryPath, const collector::Mapping& mapping,
                                            std::int64_t fromDuration, unsigned char mask, const collector::Span& clip,
@@ -21,7 +22,7 @@ XMPTemporalMetadataCollector::Visit::Visit(std::string pantryPath, const collect
       m_clipRange(Interval::Of(clip.Forwards())) {
     const collector::Span from{mapping.m_fromStart, fromDuration};
     const std::int64_t fromEnd = from.End();
-    m_mappedFromEnd = fromEnd == kUnspecified ? kUnspecified : mapping(fromEnd);
+    m_mappedFromEnd = fromEnd == kUnspecifiedTicks ? kUnspecifiedTicks : mapping(fromEnd);
     m_mappedFromSpan = Interval::Between(mapping.m_toStart, m_mappedFromEnd);
     m_mappedFromSpanForOverlap = Interval::ForOverlap(mapping.m_toStart, m_mappedFromEnd);
 }
@@ -38,6 +39,6 @@ const char* XMPTemporalMetadataCollector::Visit::PathNamespace(const char* prope
 collector::Span XMPTemporalMetadataCollector::Visit::Clipped(std::int64_t start, std::int64_t end) const {
     const std::int64_t clippedStart = m_clipRange.Clamp(m_mappedFromSpan.Clamp(start));
     const std::int64_t clippedEnd = m_clipRange.Clamp(m_mappedFromSpan.Clamp(end));
-    return {clippedStart, collector::SubtractTimes(clippedEnd, clippedStart)};
+    return {clippedStart, SaturatingSubtract(clippedEnd, clippedStart)};
 }
 }  // namespace keltemporalxmp

@@ -15,9 +15,7 @@ struct KELTXMP_LOCAL XMPTemporalMetadataCollector::Visit {
     Visit(std::string pantryPath, const collector::Mapping& mapping, std::int64_t fromDuration, unsigned char mask,
           const collector::Span& clip, int depth, std::string chain);
 
-    bool AtTop() const {
-        return m_pantryPath.empty();
-    }
+    bool AtTop() const { return m_pantryPath.empty(); }
     // Where a top-level property of the document sits in the top document's
     // XMP, and the namespace of that path's first step.
     std::string PropertyPath(const char* path) const;

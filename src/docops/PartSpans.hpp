@@ -3,15 +3,16 @@
 // where it lands (to-part), and whether the mapping runs backwards.
 
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "timestrings/TickArithmetic.hpp"
+
 namespace keltemporalxmp {
 namespace docops {
 
-inline constexpr std::int64_t kUnspecifiedTicks = std::numeric_limits<std::int64_t>::max();
+using timestrings::kUnspecifiedTicks;
 
 // A parsed part string; rates default to 1/1, an absent duration is unspecified.
 struct PartSpan {

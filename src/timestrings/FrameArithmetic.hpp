@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "timestrings/WrappingArithmetic.hpp"
+#include "timestrings/TickArithmetic.hpp"
 
 namespace keltemporalxmp {
 namespace timestrings {
