@@ -2,7 +2,6 @@
 // A small JSON value API. Objects keep their members in the order they were
 // added, so written text follows the order of the writer's calls.
 
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -26,12 +25,6 @@ KELTXMP_API bool ObjectHasProperty(const JSONValue& object, std::string_view nam
 // A copy of the member; missing_key_exception (with the name as message)
 // when the value is not an object or has no such member.
 KELTXMP_API JSONValuePtr GetVariantInObject(const JSONValue& object, std::string_view name);
-
-// The member as a string, or as an integer that fits 32 bits;
-// missing_key_exception (with the name as message) when it is absent or
-// holds anything else.
-KELTXMP_API std::string GetStringInObject(const JSONValue& object, std::string_view name);
-KELTXMP_API std::int32_t GetInt32InObject(const JSONValue& object, std::string_view name);
 
 // Sets the member, keeping its place when it already exists; with
 // keepExisting an existing member is left as it is. A null value becomes an

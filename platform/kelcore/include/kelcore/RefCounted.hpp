@@ -69,11 +69,6 @@ public:
 
     // Takes over a reference the caller already holds, e.g. the one of a new object.
     static RefPtr Adopt(T* object) noexcept { return RefPtr(object); }
-    // Adds a reference of its own.
-    static RefPtr Share(T* object) noexcept {
-        if (object != nullptr) object->RetainObject();
-        return RefPtr(object);
-    }
 
     RefPtr(const RefPtr& other) noexcept : m_object(other.m_object) {
         if (m_object != nullptr) m_object->RetainObject();

@@ -10,14 +10,12 @@ namespace kelmetadata {
 
 class KELTXMP_API SchemaDefinition {
 public:
-    SchemaDefinition(std::string uri, std::string schemaText);
+    explicit SchemaDefinition(std::string schemaText);
 
-    const std::string& GetURI() const { return m_uri; }
     // The namespace's registered prefix without its colon, e.g. "xmpDM".
     const std::string& GetSchemaText() const { return m_schemaText; }
 
 private:
-    std::string m_uri;
     std::string m_schemaText;
 };
 
