@@ -17,8 +17,8 @@
 #include <kelcore/RefCounted.hpp>
 #include <kelcore/Strings.hpp>
 #include <kelmediatypes/TickTime.hpp>
-#include <keltemporalxmp/records.hpp>
 #include <keltemporalxmp/export.hpp>
+#include <keltemporalxmp/records.hpp>
 #include <xmptoolkit/XMP.hpp>
 
 namespace keltemporalxmp {
@@ -161,8 +161,8 @@ KELTXMP_API void AppendMarkersOfTracks(std::span<const XMPTrack> tracks, MarkerL
 
 // What KELTemporalXMPGetSegmentationMarkers gives, from tracks already read.
 KELTXMP_API void GetSegmentationMarkersOfTracks(std::span<const XMPTrack> tracks,
-                                    std::vector<std::pair<std::int64_t, std::int64_t>>& segments,
-                                    std::int64_t& frameDuration);
+                                                std::vector<std::pair<std::int64_t, std::int64_t>>& segments,
+                                                std::int64_t& frameDuration);
 
 // Replaces every track of meta by one track per marker type, in ascending
 // type order, named and typed by the type's UTF-8 text and running at the
