@@ -1,0 +1,272 @@
+#include "PacketGuard.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <new>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <expat.h>
+
+#include <xmptoolkit/XMP_Const.hpp>
+#include <xmptoolkit/XMP_PacketLimits.hpp>
+
+#include "ToolkitCall.hpp"
+
+namespace xmptoolkit_detail {
+namespace {
+
+using Limits = XMP_PacketLimits;
+
+// Large enough that expat's per-call overhead vanishes, small enough that a
+// copied chunk (control characters, UTF-16) stays cheap.
+constexpr std::size_t kChunkBytes = std::size_t{1} << 20;
+
+struct Breach {
+    std::string m_what;
+    std::uint64_t m_line = 0;
+};
+
+struct Level {
+    std::uint64_t m_children = 0;
+    std::uint64_t m_named = 0;               // children and attributes other than array items
+    std::uint64_t m_namedGrandchildren = 0;  // named children of named children: rdf:Description merges them
+    bool m_isNamed = false;
+};
+
+// How packet text reaches expat: always as 8-bit text, where every byte is a
+// character. The toolkit reads invalid UTF-8 as Latin-1 and control
+// characters as spaces, so the guard must not stop earlier than it does;
+// UTF-16 keeps its markup in the low byte of each unit.
+enum class TextForm { Bytes, Utf16LE, Utf16BE };
+
+TextForm DetectForm(std::string_view text) {
+    if (text.size() < 2) return TextForm::Bytes;
+    const auto first = static_cast<unsigned char>(text[0]);
+    const auto second = static_cast<unsigned char>(text[1]);
+    if ((first == 0xFE && second == 0xFF) || (first == 0 && second != 0)) return TextForm::Utf16BE;
+    if ((first == 0xFF && second == 0xFE) || (first != 0 && second == 0)) return TextForm::Utf16LE;
+    return TextForm::Bytes;
+}
+
+bool HasByteOrderMark(std::string_view text, TextForm form) {
+    return form != TextForm::Bytes && (text.starts_with("\xFE\xFF") || text.starts_with("\xFF\xFE"));
+}
+
+bool IsControl(unsigned char c) {
+    return c < 0x20 && c != '\t' && c != '\n' && c != '\r';
+}
+
+char Narrowed(unsigned unit) {
+    if (unit >= 0x100) return 'x';  // a name or text character; the markup is ASCII
+    return IsControl(static_cast<unsigned char>(unit)) ? ' ' : static_cast<char>(unit);
+}
+
+// The next piece of text as expat should see it, in `scratch` only when it
+// had to change.
+std::string_view NarrowChunk(std::string_view chunk, TextForm form, std::string& scratch) {
+    if (form == TextForm::Bytes) {
+        const auto* begin = reinterpret_cast<const unsigned char*>(chunk.data());
+        const auto* end = begin + chunk.size();
+        const auto* control = std::find_if(begin, end, IsControl);
+        if (control == end) return chunk;
+        scratch.assign(chunk);
+        for (char& c : scratch) c = Narrowed(static_cast<unsigned char>(c));
+        return scratch;
+    }
+    scratch.resize(chunk.size() / 2);
+    const bool little = form == TextForm::Utf16LE;
+    for (std::size_t i = 0; i < scratch.size(); ++i) {
+        const auto low = static_cast<unsigned char>(chunk[2 * i + (little ? 0 : 1)]);
+        const auto high = static_cast<unsigned char>(chunk[2 * i + (little ? 1 : 0)]);
+        scratch[i] = Narrowed(low | (high << 8u));
+    }
+    return scratch;
+}
+
+bool IsArrayItem(const XML_Char* name, const XML_Char** attributes) {
+    if (std::strcmp(name, "rdf:li") != 0) return false;
+    // Items that rebind their own prefix would be distinct named properties.
+    for (const XML_Char** attribute = attributes; *attribute != nullptr; attribute += 2) {
+        if (std::strcmp(*attribute, "xmlns:rdf") == 0) return false;
+    }
+    return true;
+}
+
+std::uint64_t CountAttributes(const XML_Char** attributes) {
+    std::uint64_t count = 0;
+    while (attributes[2 * count] != nullptr) ++count;
+    return count;
+}
+
+std::string Exceeded(std::string_view what, std::uint64_t limit, std::string_view member) {
+    std::string text(what);
+    text.append(" exceed the limit of ").append(std::to_string(limit));
+    text.append(" (XMP_PacketLimits::").append(member).append(")");
+    return text;
+}
+
+// One streaming pass over one packet, up to the end of its root element.
+class LimitScan {
+public:
+    LimitScan() : m_parser(XML_ParserCreate("ISO-8859-1")) {
+        if (m_parser == nullptr) throw std::bad_alloc();
+        XML_SetUserData(m_parser, this);
+        XML_SetElementHandler(m_parser, &LimitScan::OnStart, &LimitScan::OnEnd);
+        m_levels.reserve(64);
+    }
+    ~LimitScan() { XML_ParserFree(m_parser); }
+    LimitScan(const LimitScan&) = delete;
+    LimitScan& operator=(const LimitScan&) = delete;
+
+    // The bytes read: up to the root element's end, the first malformed
+    // markup or a breach; never zero, so a caller searching on moves on.
+    std::size_t Run(std::string_view text) {
+        const TextForm form = DetectForm(text);
+        const std::size_t unit = form == TextForm::Bytes ? 1 : 2;
+        const std::size_t mark = HasByteOrderMark(text, form) ? unit : 0;
+        return mark + Feed(text.substr(mark), form, unit);
+    }
+
+    const std::optional<Breach>& GetBreach() const { return m_breach; }
+
+private:
+    std::size_t Feed(std::string_view text, TextForm form, std::size_t unit) {
+        const std::size_t usable = text.size() - text.size() % unit;
+        std::string scratch;
+        std::size_t offset = 0;
+        while (true) {
+            if (offset >= Limits::kMaxPacketBytes) {
+                Stop(Exceeded("packet bytes", Limits::kMaxPacketBytes, "kMaxPacketBytes"));
+                return offset;
+            }
+            const std::size_t size = std::min(kChunkBytes, usable - offset);
+            const bool last = offset + size == usable;
+            const std::string_view chunk = NarrowChunk(text.substr(offset, size), form, scratch);
+            const XML_Status status =
+                XML_Parse(m_parser, chunk.data(), static_cast<int>(chunk.size()), last ? XML_TRUE : XML_FALSE);
+            if (status != XML_STATUS_OK || m_stopped) {
+                const XML_Index at = XML_GetCurrentByteIndex(m_parser);
+                return std::max<std::size_t>(unit, at < 0 ? usable : static_cast<std::size_t>(at) * unit);
+            }
+            offset += size;
+            if (last) return std::max<std::size_t>(unit, offset);
+        }
+    }
+
+    void Stop(std::string what) {
+        m_breach = Breach{std::move(what), static_cast<std::uint64_t>(XML_GetCurrentLineNumber(m_parser))};
+        Halt();
+    }
+
+    void Halt() {
+        m_stopped = true;
+        XML_StopParser(m_parser, XML_FALSE);
+    }
+
+    void Start(const XML_Char* name, const XML_Char** attributes) {
+        if (m_levels.size() >= Limits::kMaxNestingDepth)
+            return Stop(Exceeded("element levels", Limits::kMaxNestingDepth, "kMaxNestingDepth"));
+        const std::uint64_t attributeCount = CountAttributes(attributes);
+        if (attributeCount > Limits::kMaxAttributes)
+            return Stop(Exceeded("attributes of one element", Limits::kMaxAttributes, "kMaxAttributes"));
+        const bool named = !IsArrayItem(name, attributes);
+        if (!m_levels.empty()) {
+            Level& parent = m_levels.back();
+            if (++parent.m_children > Limits::kMaxChildren)
+                return Stop(Exceeded("children of one element", Limits::kMaxChildren, "kMaxChildren"));
+            if (named && !AddNamed(parent, 1)) return;
+        }
+        m_levels.push_back(Level{0, 0, 0, named});
+        AddNamed(m_levels.back(), attributeCount);
+    }
+
+    // Attributes of an element become its fields, so they count as named.
+    bool AddNamed(Level& level, std::uint64_t count) {
+        level.m_named += count;
+        if (level.m_named > Limits::kMaxNamedChildren) {
+            Stop(Exceeded("named children of one element", Limits::kMaxNamedChildren, "kMaxNamedChildren"));
+            return false;
+        }
+        if (!level.m_isNamed || m_levels.size() < 2 || &level == &m_levels.front()) return true;
+        Level& grandparent = *(&level - 1);
+        grandparent.m_namedGrandchildren += count;
+        if (grandparent.m_namedGrandchildren > Limits::kMaxNamedChildren) {
+            Stop(Exceeded("named children of one element's named children", Limits::kMaxNamedChildren,
+                          "kMaxNamedChildren"));
+            return false;
+        }
+        return true;
+    }
+
+    void End() {
+        m_levels.pop_back();
+        if (m_levels.empty()) Halt();  // the root is complete; what follows is not this packet
+    }
+
+    static void XMLCALL OnStart(void* self, const XML_Char* name, const XML_Char** attributes) {
+        static_cast<LimitScan*>(self)->Start(name, attributes);
+    }
+    static void XMLCALL OnEnd(void* self, const XML_Char*) { static_cast<LimitScan*>(self)->End(); }
+
+    XML_Parser m_parser;
+    std::vector<Level> m_levels;
+    std::optional<Breach> m_breach;
+    bool m_stopped = false;
+};
+
+std::size_t GuardOne(std::string_view text, std::string_view operation, std::string_view path, std::string_view where) {
+    LimitScan scan;
+    const std::size_t read = scan.Run(text);
+    if (const auto& breach = scan.GetBreach()) {
+        std::string detail = breach->m_what;
+        detail.append(" at line ").append(std::to_string(breach->m_line)).append(where);
+        RaiseError(kXMPErr_BadXML, operation, path, detail);
+    }
+    return read;
+}
+
+std::string Utf16(std::string_view ascii, bool little) {
+    std::string wide;
+    for (char c : ascii) {
+        if (!little) wide.push_back('\0');
+        wide.push_back(c);
+        if (little) wide.push_back('\0');
+    }
+    return wide;
+}
+
+}  // namespace
+
+void GuardPacket(std::string_view packet, std::string_view operation) {
+    constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+    if (packet.starts_with(kUtf8Mark)) packet.remove_prefix(kUtf8Mark.size());
+    if (packet.size() > Limits::kMaxPacketBytes)
+        RaiseError(kXMPErr_BadXML, operation, "", Exceeded("packet bytes", Limits::kMaxPacketBytes, "kMaxPacketBytes"));
+    GuardOne(packet, operation, "", "");
+}
+
+void GuardEmbeddedPackets(std::string_view fileBytes, std::string_view operation, std::string_view path) {
+    constexpr std::string_view kHeader = "<?xpacket begin";
+    static const std::array<std::string, 5> kStarts = {std::string(kHeader), "<x:xmpmeta", "<rdf:RDF",
+                                                       Utf16(kHeader, true), Utf16(kHeader, false)};
+    // The next match of each start, kept so that the search stays linear.
+    std::array<std::size_t, kStarts.size()> next{};
+    for (std::size_t i = 0; i < kStarts.size(); ++i) next[i] = fileBytes.find(kStarts[i]);
+    std::size_t at = 0;
+    while (true) {
+        std::size_t start = std::string_view::npos;
+        for (std::size_t i = 0; i < kStarts.size(); ++i) {
+            if (next[i] < at) next[i] = fileBytes.find(kStarts[i], at);
+            start = std::min(start, next[i]);
+        }
+        if (start == std::string_view::npos) return;
+        const std::string where = " of the packet at byte " + std::to_string(start);
+        at = start + GuardOne(fileBytes.substr(start), operation, path, where);
+    }
+}
+
+}  // namespace xmptoolkit_detail
