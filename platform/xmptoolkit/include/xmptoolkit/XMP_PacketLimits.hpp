@@ -14,7 +14,7 @@ struct XMP_PacketLimits {
     // Children and attributes of one element other than rdf:li array items,
     // and of all its named children together (an rdf:Description's properties
     // join its siblings' in one schema). Each costs a search of its siblings.
-    static constexpr std::uint64_t kMaxNamedChildren = 10000;
+    static constexpr std::uint64_t kMaxNamedChildren = 5000;
     // Children of one element, array items included: the tree of a million
     // markers already takes about 10 GB.
     static constexpr std::uint64_t kMaxChildren = 1000000;
