@@ -36,10 +36,13 @@ void XMPTemporalMetadataCollector::CollectIngredients(const SXMPMeta& xmp, const
         if (pantryItem == m_pantryIndex.end()) {
             continue;
         }
-        const std::int64_t toStart = visit.m_mapping(use->m_to.m_start);
-        const Interval placed = Interval::ForOverlap(toStart, visit.m_mapping(use->m_to.End()));
-        const std::optional<double> scale = use->Scale();
-        if (!placed.Overlaps(visit.m_mappedFromSpanForOverlap) || !scale) {
+        const std::optional<Span> placedSpan = visit.m_mapping.MapSpan(use->m_to.m_start, use->m_to.End());
+        const std::optional<collector::Mapping> mapping = use->MappingUnder(visit.m_mapping);
+        if (!placedSpan || !mapping) {
+            continue;
+        }
+        const Interval placed = Interval::ForOverlap(placedSpan->m_start, placedSpan->End());
+        if (!placed.Overlaps(visit.m_mappedFromSpanForOverlap)) {
             continue;
         }
         const Interval target = placed.Intersection(visit.m_mappedFromSpanForOverlap);
@@ -53,10 +56,8 @@ void XMPTemporalMetadataCollector::CollectIngredients(const SXMPMeta& xmp, const
         }
         const unsigned char mask =
             use->m_markersMasked ? visit.m_mask & ~(kCollectDocumentMarkers | kCollectIngredientMarkers) : visit.m_mask;
-        Collect(xmp, Visit(pantryItem->second,
-                           collector::Mapping{use->m_from.m_start, toStart, visit.m_mapping.m_scale * *scale},
-                           use->m_from.m_duration, static_cast<unsigned char>(mask), clipRange.AsSpan(),
-                           visit.m_depth + 1, std::move(chain)));
+        Collect(xmp, Visit(pantryItem->second, *mapping, use->m_from.m_duration, static_cast<unsigned char>(mask),
+                           clipRange.AsSpan(), visit.m_depth + 1, std::move(chain)));
     }
 }
 

@@ -27,8 +27,13 @@ void XMPTemporalMetadataCollector::CollectMarkers(const SXMPMeta& xmp, const Vis
         track.GetTrackType(&trackType);
         for (auto entry = track.MarkerListIteratorBegin(); entry != track.MarkerListIteratorEnd(); ++entry) {
             XMPTemporalMetadataInfo& marker = entry->second;
-            const std::int64_t start = visit.m_mapping(marker.GetStartTime());
-            const std::int64_t end = visit.m_mapping(collector::AddTimes(marker.GetStartTime(), marker.GetDuration()));
+            const std::optional<Span> mapped = visit.m_mapping.MapSpan(
+                marker.GetStartTime(), collector::AddTimes(marker.GetStartTime(), marker.GetDuration()));
+            if (!mapped) {
+                continue;
+            }
+            const std::int64_t start = mapped->m_start;
+            const std::int64_t end = mapped->End();
             const Interval extent = Interval::ForOverlap(start, end);
             if (!extent.Overlaps(visit.m_mappedFromSpanForOverlap) || !extent.Overlaps(visit.m_clipRange)) {
                 continue;

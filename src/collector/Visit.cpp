@@ -21,7 +21,11 @@ XMPTemporalMetadataCollector::Visit::Visit(std::string pantryPath, const collect
       m_clipRange(Interval::Of(clip.Forwards())) {
     const collector::Span from{mapping.m_fromStart, fromDuration};
     const std::int64_t fromEnd = from.End();
-    m_mappedFromEnd = fromEnd == kUnspecified ? kUnspecified : mapping(fromEnd);
+    if (mapping.Holds()) {
+        m_mappedFromEnd = collector::AddTimes(mapping.m_toStart, mapping.m_heldFor);
+    } else {
+        m_mappedFromEnd = fromEnd == kUnspecified ? kUnspecified : mapping(fromEnd);
+    }
     m_mappedFromSpan = Interval::Between(mapping.m_toStart, m_mappedFromEnd);
     m_mappedFromSpanForOverlap = Interval::ForOverlap(mapping.m_toStart, m_mappedFromEnd);
 }
