@@ -53,4 +53,11 @@ inline std::string Attributes(std::uint64_t count) {
     return Wrapped("", attributes);
 }
 
+// Attributes on an empty root element: expat still reports its end after a refusal.
+inline std::string AttributesOfAnEmptyRoot(std::uint64_t count) {
+    std::string attributes;
+    for (std::uint64_t i = 0; i < count; ++i) attributes += " a" + std::to_string(i) + "='v'";
+    return "<x:xmpmeta xmlns:x='adobe:ns:meta/'" + attributes + "/>";
+}
+
 }  // namespace hostile

@@ -137,6 +137,7 @@ TEST(PacketGuard, RefusesWidthPastTheLimits) {
         {"properties over many descriptions", PropertiesInSeparateDescriptions, Limits::kMaxNamedChildren,
          "kMaxNamedChildren"},
         {"attributes of one element", Attributes, Limits::kMaxAttributes, "kMaxAttributes"},
+        {"attributes of an empty root", AttributesOfAnEmptyRoot, Limits::kMaxAttributes, "kMaxAttributes"},
         {"items of one array", ArrayItems, Limits::kMaxChildren, "kMaxChildren"},
     };
     for (const WidthCase& widthCase : cases) {
@@ -229,6 +230,23 @@ TEST_F(MediaFileGuard, RefusesADeepPacketBeforeTheFileHandlerParsesIt) {
     SXMPMeta meta;
     ASSERT_TRUE(file.GetXMP(&meta));
     EXPECT_TRUE(meta.DoesPropertyExist(kDc.c_str(), "p/dc:p/dc:leaf"));
+}
+
+}  // namespace
+
+namespace {
+
+// The serializer indents every line by its depth, so its output grows with
+// depth times size; the depth limit keeps that a small factor.
+TEST(PacketGuard, SerializingAtTheDepthLimitStaysProportional) {
+    const NestingForm& form = kNestingForms.front();
+    const std::uint64_t steps = StepsWithin(form) - 2;  // room for the array and its items
+    const std::string packet =
+        Wrapped(Repeated(form.open, steps) + "<dc:b><rdf:Bag>" + Repeated("<rdf:li>v</rdf:li>", 5000) +
+                "</rdf:Bag></dc:b>" + Repeated(form.close, steps));
+    std::string serialized;
+    Parse(packet).SerializeToBuffer(&serialized);
+    EXPECT_LT(serialized.size(), 10 * packet.size());
 }
 
 }  // namespace

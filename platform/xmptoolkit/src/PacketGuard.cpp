@@ -167,7 +167,9 @@ private:
         XML_StopParser(m_parser, XML_FALSE);
     }
 
+    // Expat may still report the end of an empty element after a stop.
     void Start(const XML_Char* name, const XML_Char** attributes) {
+        if (m_stopped) return;
         if (m_levels.size() >= Limits::kMaxNestingDepth)
             return Stop(Exceeded("element levels", Limits::kMaxNestingDepth, "kMaxNestingDepth"));
         const std::uint64_t attributeCount = CountAttributes(attributes);
@@ -175,26 +177,25 @@ private:
             return Stop(Exceeded("attributes of one element", Limits::kMaxAttributes, "kMaxAttributes"));
         const bool named = !IsArrayItem(name, attributes);
         if (!m_levels.empty()) {
-            Level& parent = m_levels.back();
-            if (++parent.m_children > Limits::kMaxChildren)
+            if (++m_levels.back().m_children > Limits::kMaxChildren)
                 return Stop(Exceeded("children of one element", Limits::kMaxChildren, "kMaxChildren"));
-            if (named && !AddNamed(parent, 1)) return;
+            if (named && !AddNamedToInnermost(1)) return;
         }
         m_levels.push_back(Level{0, 0, 0, named});
-        AddNamed(m_levels.back(), attributeCount);
+        AddNamedToInnermost(attributeCount);  // attributes of an element become its fields
     }
 
-    // Attributes of an element become its fields, so they count as named.
-    bool AddNamed(Level& level, std::uint64_t count) {
+    bool AddNamedToInnermost(std::uint64_t count) {
+        Level& level = m_levels.back();
         level.m_named += count;
         if (level.m_named > Limits::kMaxNamedChildren) {
             Stop(Exceeded("named children of one element", Limits::kMaxNamedChildren, "kMaxNamedChildren"));
             return false;
         }
-        if (!level.m_isNamed || m_levels.size() < 2 || &level == &m_levels.front()) return true;
-        Level& grandparent = *(&level - 1);
-        grandparent.m_namedGrandchildren += count;
-        if (grandparent.m_namedGrandchildren > Limits::kMaxNamedChildren) {
+        if (!level.m_isNamed || m_levels.size() < 2) return true;
+        Level& parent = m_levels[m_levels.size() - 2];
+        parent.m_namedGrandchildren += count;
+        if (parent.m_namedGrandchildren > Limits::kMaxNamedChildren) {
             Stop(Exceeded("named children of one element's named children", Limits::kMaxNamedChildren,
                           "kMaxNamedChildren"));
             return false;
@@ -203,6 +204,7 @@ private:
     }
 
     void End() {
+        if (m_stopped) return;
         m_levels.pop_back();
         if (m_levels.empty()) Halt();  // the root is complete; what follows is not this packet
     }
