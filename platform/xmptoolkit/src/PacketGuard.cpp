@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <new>
 #include <optional>
 #include <string>
@@ -255,14 +256,25 @@ void GuardEmbeddedPackets(std::string_view fileBytes, std::string_view operation
     constexpr std::string_view kHeader = "<?xpacket begin";
     static const std::array<std::string, 5> kStarts = {std::string(kHeader), "<x:xmpmeta", "<rdf:RDF",
                                                        Utf16(kHeader, true), Utf16(kHeader, false)};
+    // Skipping searches: media files are large and full of '<' and zero bytes.
+    using Searcher = std::boyer_moore_horspool_searcher<std::string::const_iterator>;
+    static const std::array<Searcher, kStarts.size()> kSearchers = [] {
+        auto make = [](const std::string& start) { return Searcher(start.begin(), start.end()); };
+        return std::array<Searcher, kStarts.size()>{make(kStarts[0]), make(kStarts[1]), make(kStarts[2]),
+                                                    make(kStarts[3]), make(kStarts[4])};
+    }();
+    auto find = [&](std::size_t which, std::size_t from) {
+        const auto found = std::search(fileBytes.begin() + from, fileBytes.end(), kSearchers[which]);
+        return found == fileBytes.end() ? std::string_view::npos : static_cast<std::size_t>(found - fileBytes.begin());
+    };
     // The next match of each start, kept so that the search stays linear.
     std::array<std::size_t, kStarts.size()> next{};
-    for (std::size_t i = 0; i < kStarts.size(); ++i) next[i] = fileBytes.find(kStarts[i]);
+    for (std::size_t i = 0; i < kStarts.size(); ++i) next[i] = find(i, 0);
     std::size_t at = 0;
     while (true) {
         std::size_t start = std::string_view::npos;
         for (std::size_t i = 0; i < kStarts.size(); ++i) {
-            if (next[i] < at) next[i] = fileBytes.find(kStarts[i], at);
+            if (next[i] < at) next[i] = find(i, at);
             start = std::min(start, next[i]);
         }
         if (start == std::string_view::npos) return;
