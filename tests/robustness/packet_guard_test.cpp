@@ -250,3 +250,24 @@ TEST(PacketGuard, SerializingAtTheDepthLimitStaysProportional) {
 }
 
 }  // namespace
+
+namespace {
+
+// The toolkit writes rdf:about back as it is, unescaped: such a packet would be
+// saved as one that nothing can read, so it is refused when read.
+TEST(PacketGuard, RefusesAnAboutThatCouldNotBeWrittenBack) {
+    const std::string property = "<dc:format>v</dc:format>";
+    for (const char* about : {"'\"'", "'&lt;x'", "'a&amp;b'"}) {
+        SCOPED_TRACE(about);
+        const std::string packet =
+            "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
+            "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#' xmlns:dc='" +
+            kDc + "'><rdf:Description rdf:about=" + about + ">" + property + "</rdf:Description></rdf:RDF></x:xmpmeta>";
+        EXPECT_NE(RefusalOf(packet).find("rdf:about"), std::string::npos);
+    }
+    std::string serialized;
+    Parse(Wrapped(property)).SerializeToBuffer(&serialized);
+    EXPECT_TRUE(Parse(serialized).DoesPropertyExist(kDc.c_str(), "format"));
+}
+
+}  // namespace

@@ -103,6 +103,16 @@ std::uint64_t CountAttributes(const XML_Char** attributes) {
     return count;
 }
 
+// The toolkit writes an rdf:about value back without escaping it, so one
+// holding markup characters would be saved as a packet nothing can read.
+bool HasUnwritableAbout(const XML_Char** attributes) {
+    for (const XML_Char** attribute = attributes; *attribute != nullptr; attribute += 2) {
+        if (std::string_view(attribute[0]).ends_with(":about") && std::strpbrk(attribute[1], "\"<&") != nullptr)
+            return true;
+    }
+    return false;
+}
+
 std::string Exceeded(std::string_view what, std::uint64_t limit, std::string_view member) {
     std::string text(what);
     text.append(" exceed the limit of ").append(std::to_string(limit));
@@ -176,6 +186,8 @@ private:
         const std::uint64_t attributeCount = CountAttributes(attributes);
         if (attributeCount > Limits::kMaxAttributes)
             return Stop(Exceeded("attributes of one element", Limits::kMaxAttributes, "kMaxAttributes"));
+        if (attributeCount > 0 && HasUnwritableAbout(attributes))
+            return Stop("an rdf:about value with '\"', '<' or '&', which could not be written back,");
         const bool named = !IsArrayItem(name, attributes);
         if (!m_levels.empty()) {
             if (++m_levels.back().m_children > Limits::kMaxChildren)
