@@ -253,17 +253,20 @@ TEST(PacketGuard, SerializingAtTheDepthLimitStaysProportional) {
 
 namespace {
 
-// The toolkit writes rdf:about back as it is, unescaped: such a packet would be
-// saved as one that nothing can read, so it is refused when read.
-TEST(PacketGuard, RefusesAnAboutThatCouldNotBeWrittenBack) {
+// The toolkit writes rdf:about and namespace URIs back as they are, unescaped:
+// such a packet would be saved as one that nothing can read, so it is refused.
+TEST(PacketGuard, RefusesAnAboutOrNamespaceThatCouldNotBeWrittenBack) {
     const std::string property = "<dc:format>v</dc:format>";
-    for (const char* about : {"'\"'", "'&lt;x'", "'a&amp;b'"}) {
-        SCOPED_TRACE(about);
-        const std::string packet =
-            "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
-            "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#' xmlns:dc='" +
-            kDc + "'><rdf:Description rdf:about=" + about + ">" + property + "</rdf:Description></rdf:RDF></x:xmpmeta>";
-        EXPECT_NE(RefusalOf(packet).find("rdf:about"), std::string::npos);
+    const auto packet = [&](const std::string& about, const std::string& uri) {
+        return "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'"
+               " xmlns:dc='" +
+               uri + "'><rdf:Description rdf:about='" + about + "'>" + property +
+               "</rdf:Description></rdf:RDF></x:xmpmeta>";
+    };
+    for (const std::string text : {"\"", "&lt;x", "a&amp;b"}) {
+        SCOPED_TRACE(text);
+        EXPECT_NE(RefusalOf(packet(text, kDc)).find("rdf:about"), std::string::npos);
+        EXPECT_NE(RefusalOf(packet("", "urn:" + text)).find("namespace URI"), std::string::npos);
     }
     std::string serialized;
     Parse(Wrapped(property)).SerializeToBuffer(&serialized);

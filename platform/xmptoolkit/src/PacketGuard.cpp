@@ -103,11 +103,13 @@ std::uint64_t CountAttributes(const XML_Char** attributes) {
     return count;
 }
 
-// The toolkit writes an rdf:about value back without escaping it, so one
-// holding markup characters would be saved as a packet nothing can read.
-bool HasUnwritableAbout(const XML_Char** attributes) {
+// The toolkit writes rdf:about and namespace URIs back without escaping them,
+// so one holding markup characters would be saved as a packet nothing can read
+// (and a namespace stays registered for the whole process).
+bool HasUnwritableAttribute(const XML_Char** attributes) {
     for (const XML_Char** attribute = attributes; *attribute != nullptr; attribute += 2) {
-        if (std::string_view(attribute[0]).ends_with(":about") && std::strpbrk(attribute[1], "\"<&") != nullptr)
+        const std::string_view name = attribute[0];
+        if ((name.ends_with(":about") || name.starts_with("xmlns")) && std::strpbrk(attribute[1], "\"<&") != nullptr)
             return true;
     }
     return false;
@@ -186,8 +188,8 @@ private:
         const std::uint64_t attributeCount = CountAttributes(attributes);
         if (attributeCount > Limits::kMaxAttributes)
             return Stop(Exceeded("attributes of one element", Limits::kMaxAttributes, "kMaxAttributes"));
-        if (attributeCount > 0 && HasUnwritableAbout(attributes))
-            return Stop("an rdf:about value with '\"', '<' or '&', which could not be written back,");
+        if (attributeCount > 0 && HasUnwritableAttribute(attributes))
+            return Stop("an rdf:about value or namespace URI with '\"', '<' or '&', which could not be written back,");
         const bool named = !IsArrayItem(name, attributes);
         if (!m_levels.empty()) {
             if (++m_levels.back().m_children > Limits::kMaxChildren)
