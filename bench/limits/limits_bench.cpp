@@ -15,12 +15,12 @@
 
 #include <keltemporalxmp/markers.hpp>
 
-#include "MarkerPacket.hpp"
+#include "../support/MarkerPacketText.hpp"
 
 namespace {
 
+using bench_support::MarkerPacket;
 using keltemporalxmp::MarkerList;
-using keltemporalxmp::bench::MarkerPacket;
 
 std::size_t HeapInUse() {
     return mallinfo2().uordblks;

@@ -19,14 +19,14 @@
 #include <keltemporalxmp/markers.hpp>
 #include <keltemporalxmp/streamread.hpp>
 
-#include "../limits/MarkerPacket.hpp"
+#include "../support/MarkerPacketText.hpp"
 
 namespace {
 
 using namespace keltemporalxmp;
 
 std::string SerializedPacket(std::int64_t count) {
-    const std::string text = bench::MarkerPacket(count);
+    const std::string text = bench_support::MarkerPacket(count);
     std::string packet;
     SXMPMeta(text.c_str(), static_cast<XMP_StringLen>(text.size())).SerializeToBuffer(&packet);
     return packet;

@@ -27,6 +27,13 @@ namespace keltemporalxmp {
 // report-back keeps the mapped start and duration and, as the clipped ones,
 // the part that lies inside.
 //
+// A from-part of zero length on a to-part of some length is a still frame: the
+// ingredient's instant at the from-part's start is held over the to-part. Its
+// "ComponentMetadata" record spans the to-part, and each of its markers that
+// covers that instant (start <= instant < end) is collected over the whole
+// to-part; a zero-length marker at the instant at the to-part's start; no
+// other marker. Its own ingredients are followed through the same instant.
+//
 // Nesting is bounded: a document more than kMaxNestingDepth ingredients below
 // the top (as a pantry that reaches a document again makes it) raises
 // XMP_Error kXMPErr_BadXMP naming the instance ID where the walk stopped, and

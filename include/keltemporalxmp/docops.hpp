@@ -337,6 +337,11 @@ private:
     bool m_cachedTrackData = false;
     bool m_cachedIngredientData = false;
     bool m_cachedPantryData = false;
+    // Why a list's first read failed part-way, empty when it did not: such a
+    // list is never written back, which would delete what was not read.
+    std::string m_trackReadFailure;
+    std::string m_ingredientReadFailure;
+    std::string m_pantryReadFailure;
     TrackList m_tracks;
     std::unique_ptr<SXMPDocOps> m_xmpDocOpsPtr;
     std::unique_ptr<SXMPMeta> m_xmpMetaPtr;

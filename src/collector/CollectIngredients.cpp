@@ -27,10 +27,13 @@ void Walk::CollectIngredients(const DocumentRecords& document, const Visit& visi
         if (source == nullptr) {
             continue;
         }
-        const std::int64_t toStart = visit.m_mapping(use.m_to.m_start);
-        const Interval placed = Interval::ForOverlap(toStart, visit.m_mapping(use.m_to.End()));
-        const std::optional<double> scale = use.Scale();
-        if (!placed.Overlaps(visit.m_mappedFromSpanForOverlap) || !scale) {
+        const std::optional<Span> placedSpan = visit.m_mapping.MapSpan(use.m_to.m_start, use.m_to.End());
+        const std::optional<Mapping> mapping = use.MappingUnder(visit.m_mapping);
+        if (!placedSpan || !mapping) {
+            continue;
+        }
+        const Interval placed = Interval::ForOverlap(placedSpan->m_start, placedSpan->End());
+        if (!placed.Overlaps(visit.m_mappedFromSpanForOverlap)) {
             continue;
         }
         const Interval target = placed.Intersection(visit.m_mappedFromSpanForOverlap);
@@ -45,8 +48,8 @@ void Walk::CollectIngredients(const DocumentRecords& document, const Visit& visi
         const bool masked = use.m_markersMasked && (visit.m_mask & C::kIgnoreMaskMarkers) == 0;
         const auto mask = static_cast<unsigned char>(
             masked ? visit.m_mask & ~(C::kCollectDocumentMarkers | C::kCollectIngredientMarkers) : visit.m_mask);
-        Collect(*source, Visit(Mapping{use.m_from.m_start, toStart, visit.m_mapping.m_scale * *scale},
-                               use.m_from.m_duration, mask, clipRange.AsSpan(), visit.m_depth + 1, std::move(chain)));
+        Collect(*source, Visit(*mapping, use.m_from.m_duration, mask, clipRange.AsSpan(), visit.m_depth + 1,
+                               std::move(chain)));
     }
 }
 

@@ -15,8 +15,13 @@ void Walk::CollectMarkers(const std::vector<XMPTrack>& tracks, const Visit& visi
         track.GetTrackType(&trackType);
         for (const auto& [key, marker] : track.GetMarkers()) {
             Step(instanceID);
-            const std::int64_t start = visit.m_mapping(marker.GetStartTime());
-            const std::int64_t end = visit.m_mapping(SaturatingAdd(marker.GetStartTime(), marker.GetDuration()));
+            const std::optional<Span> mapped =
+                visit.m_mapping.MapSpan(marker.GetStartTime(), SaturatingAdd(marker.GetStartTime(), marker.GetDuration()));
+            if (!mapped) {
+                continue;
+            }
+            const std::int64_t start = mapped->m_start;
+            const std::int64_t end = mapped->End();
             const Interval extent = Interval::ForOverlap(start, end);
             if (!extent.Overlaps(visit.m_mappedFromSpanForOverlap) || !extent.Overlaps(visit.m_clipRange)) {
                 continue;

@@ -29,6 +29,26 @@ std::optional<double> IngredientUse::Scale() const {
     return static_cast<double>(toDuration) / static_cast<double>(fromDuration);
 }
 
+std::optional<Mapping> IngredientUse::MappingUnder(const Mapping& outer) const {
+    const std::optional<double> scale = Scale();
+    if (outer.Holds()) {
+        // The held instant, seen from the used document.
+        if (!outer.MapSpan(m_to.m_start, m_to.End())) {
+            return std::nullopt;
+        }
+        std::int64_t instant = m_from.m_start;
+        if (scale && *scale != 0.0) {
+            instant = Mapping{m_to.m_start, m_from.m_start, 1.0 / *scale}(outer.m_fromStart);
+        }
+        return Mapping{instant, outer.m_toStart, outer.m_scale, outer.m_heldFor};
+    }
+    const std::int64_t toStart = outer(m_to.m_start);
+    if (!scale) {
+        return Mapping{m_from.m_start, toStart, outer.m_scale, SaturatingSubtract(outer(m_to.End()), toStart)};
+    }
+    return Mapping{m_from.m_start, toStart, outer.m_scale * *scale};
+}
+
 std::optional<IngredientUse> ReadIngredientUse(IngredientTexts texts) {
     const std::optional<Span> from = ReadPart(texts.m_fromPart);
     const std::optional<Span> to = ReadPart(texts.m_toPart);

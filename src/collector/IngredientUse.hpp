@@ -19,8 +19,11 @@ struct IngredientUse {
 
     // Target ticks per source tick; negative for a reversed use. A missing
     // duration takes the other side's. Null for a from-part of zero length
-    // that lands on a span of some length.
+    // that lands on a span of some length: a still frame.
     std::optional<double> Scale() const;
+    // How the used document's times land, given how this document's land (see
+    // Mapping for a still frame); null when the use lands nowhere.
+    std::optional<Mapping> MappingUnder(const Mapping& outer) const;
 };
 
 // The texts of an item's stRef fields.

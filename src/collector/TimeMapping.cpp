@@ -48,4 +48,19 @@ std::int64_t Mapping::operator()(std::int64_t time) const {
     return SaturatingAdd(static_cast<std::int64_t>(scaled), m_toStart);
 }
 
+std::optional<Span> Mapping::MapSpan(std::int64_t start, std::int64_t end) const {
+    if (!Holds()) {
+        const std::int64_t mappedStart = (*this)(start);
+        return Span{mappedStart, SaturatingSubtract((*this)(end), mappedStart)};
+    }
+    const Interval source = Interval::Between(start, end);
+    if (source.m_low == m_fromStart && source.m_high == m_fromStart) {
+        return Span{m_toStart, 0};
+    }
+    if (source.m_low <= m_fromStart && m_fromStart < source.m_high) {
+        return Span{m_toStart, m_heldFor};
+    }
+    return std::nullopt;
+}
+
 }  // namespace keltemporalxmp::collector

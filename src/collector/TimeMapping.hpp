@@ -3,6 +3,7 @@
 // saturating tick policy: the unspecified time is absorbing.
 
 #include <cstdint>
+#include <optional>
 
 #include "timestrings/TickArithmetic.hpp"
 
@@ -48,12 +49,22 @@ struct Interval {
 
 // Maps a time of a source span that starts at m_fromStart onto a target that
 // starts at m_toStart, scaled; the result is truncated toward zero.
+//
+// A held mapping is a still frame: a from-part of zero length placed on a
+// to-part of some length shows the source instant m_fromStart for m_heldFor
+// ticks. A source span that covers that instant (start <= instant < end, or
+// a zero-length span at it) lands on the whole to-part, a zero-length one on
+// its start; every other span lands nowhere. m_scale keeps the direction.
 struct Mapping {
     std::int64_t m_fromStart = 0;
     std::int64_t m_toStart = 0;
     double m_scale = 1.0;
+    std::int64_t m_heldFor = kUnspecifiedTicks;  // kUnspecifiedTicks: not held
 
+    bool Holds() const { return m_heldFor != kUnspecifiedTicks; }
     std::int64_t operator()(std::int64_t time) const;
+    // Where the source span from start to end lands: null when nowhere.
+    std::optional<Span> MapSpan(std::int64_t start, std::int64_t end) const;
 };
 
 }  // namespace collector

@@ -14,7 +14,11 @@ Visit::Visit(const Mapping& mapping, std::int64_t fromDuration, unsigned char ma
       m_clipRange(Interval::Of(clip.Forwards())) {
     const Span from{mapping.m_fromStart, fromDuration};
     const std::int64_t fromEnd = from.End();
-    m_mappedFromEnd = fromEnd == kUnspecifiedTicks ? kUnspecifiedTicks : mapping(fromEnd);
+    if (mapping.Holds()) {
+        m_mappedFromEnd = SaturatingAdd(mapping.m_toStart, mapping.m_heldFor);
+    } else {
+        m_mappedFromEnd = fromEnd == kUnspecifiedTicks ? kUnspecifiedTicks : mapping(fromEnd);
+    }
     m_mappedFromSpan = Interval::Between(mapping.m_toStart, m_mappedFromEnd);
     m_mappedFromSpanForOverlap = Interval::ForOverlap(mapping.m_toStart, m_mappedFromEnd);
 }

@@ -3,6 +3,9 @@
 
 #include <keltemporalxmp/docops.hpp>
 
+#include "docops/IngredientLayout.hpp"
+#include "docops/ListRead.hpp"
+#include "docops/TrackLayout.hpp"
 #include "timestrings/Arguments.hpp"
 
 namespace keltemporalxmp {
@@ -69,8 +72,20 @@ void XMPDocOpsTemporal::PrepareForSave(const char* mimeType, const char* filePat
 }
 
 // The order is fixed, and the flags stay set: a changed list is written on
-// every save.
+// every save. A list that cannot be written stops the save before anything
+// is written.
 void XMPDocOpsTemporal::WriteChangedLists() {
+    struct ChangedList {
+        bool m_changed;
+        const std::string& m_readFailure;
+        const char* m_path;
+    };
+    for (const ChangedList& list :
+         {ChangedList{m_hasTrackDataChanged, m_trackReadFailure, docops::kTracksPath},
+          ChangedList{m_hasIngredientDataChanged, m_ingredientReadFailure, docops::kIngredientsPath},
+          ChangedList{m_hasPantryDataChanged, m_pantryReadFailure, docops::kPantryPath}}) {
+        if (list.m_changed) docops::RequireCompleteRead(list.m_readFailure, list.m_path);
+    }
     if (m_hasTrackDataChanged) {
         WriteTrackList();
     }

@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "docops/IngredientLayout.hpp"
+#include "docops/ListRead.hpp"
 #include "docops/PartSpans.hpp"
 #include "docops/TrackLayout.hpp"
 
@@ -23,16 +24,18 @@ void XMPDocOpsTemporal::CacheIngredientList() {
     if (m_xmpMetaPtr == nullptr) {
         return;
     }
-    for (const docops::ListItem& item : docops::StructItems(*m_xmpMetaPtr, kIngredientsPath)) {
-        XMP_internalIngredient ingredient = docops::ReadIngredientItem(*m_xmpMetaPtr, item.m_path);
-        const std::optional<docops::PartSpan> from = docops::TryParsePartSpan(
-            *ingredient.GetIngredientFieldPtr(XMP_internalIngredient::kIngredientFieldFromPart));
-        const std::string key =
-            docops::IngredientKey(*ingredient.GetIngredientFieldPtr(XMP_internalIngredient::kIngredientFieldInstanceID),
-                                  from.value_or(docops::PartSpan{}));
-        ingredient.SetIngredientField(XMP_internalIngredient::kIngredientFieldKey, key.c_str());
-        m_ingredients.emplace(key, std::move(ingredient));
-    }
+    docops::ReadKeepingFailure(m_ingredientReadFailure, [&] {
+        for (const docops::ListItem& item : docops::StructItems(*m_xmpMetaPtr, kIngredientsPath)) {
+            XMP_internalIngredient ingredient = docops::ReadIngredientItem(*m_xmpMetaPtr, item.m_path);
+            const std::optional<docops::PartSpan> from = docops::TryParsePartSpan(
+                *ingredient.GetIngredientFieldPtr(XMP_internalIngredient::kIngredientFieldFromPart));
+            const std::string key = docops::IngredientKey(
+                *ingredient.GetIngredientFieldPtr(XMP_internalIngredient::kIngredientFieldInstanceID),
+                from.value_or(docops::PartSpan{}));
+            ingredient.SetIngredientField(XMP_internalIngredient::kIngredientFieldKey, key.c_str());
+            m_ingredients.emplace(key, std::move(ingredient));
+        }
+    });
 }
 
 void XMPDocOpsTemporal::CacheIngredientsAndPantry() {
@@ -44,6 +47,7 @@ void XMPDocOpsTemporal::CacheIngredientsAndPantry() {
 void XMPDocOpsTemporal::WriteIngredientList() {
     SXMPMeta& meta = MetaToWrite();
     CacheIngredientList();
+    docops::RequireCompleteRead(m_ingredientReadFailure, kIngredientsPath);
     meta.DeleteProperty(kXMP_NS_XMP_MM, kIngredientsPath);
     std::size_t index = 0;
     for (const auto& [key, ingredient] : m_ingredients) {

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "docops/IngredientLayout.hpp"
+#include "docops/ListRead.hpp"
 #include "docops/TrackLayout.hpp"
 
 namespace keltemporalxmp {
@@ -23,11 +24,13 @@ void XMPDocOpsTemporal::CachePantry() {
     if (m_xmpMetaPtr == nullptr) {
         return;
     }
-    for (const docops::ListItem& item : docops::StructItems(*m_xmpMetaPtr, kPantryPath)) {
-        SXMPMeta document;
-        ExtractXMPMetaFromPantry(&document, *m_xmpMetaPtr, item.m_path.c_str());
-        AddToPantry(document);
-    }
+    docops::ReadKeepingFailure(m_pantryReadFailure, [&] {
+        for (const docops::ListItem& item : docops::StructItems(*m_xmpMetaPtr, kPantryPath)) {
+            SXMPMeta document;
+            ExtractXMPMetaFromPantry(&document, *m_xmpMetaPtr, item.m_path.c_str());
+            AddToPantry(document);
+        }
+    });
 }
 
 // Nested pantries are flattened into this one by reference: their items are
@@ -58,6 +61,7 @@ void XMPDocOpsTemporal::ErasePantry() {
 void XMPDocOpsTemporal::WritePantry() {
     SXMPMeta& meta = MetaToWrite();
     CachePantry();
+    docops::RequireCompleteRead(m_pantryReadFailure, kPantryPath);
     // A document used in itself is copied as it stood before its pantry is replaced.
     std::optional<SXMPMeta> before;
     if (std::any_of(m_pantry.begin(), m_pantry.end(),

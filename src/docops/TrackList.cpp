@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "docops/ListRead.hpp"
 #include "docops/TrackLayout.hpp"
 #include "docops/TrackListReader.hpp"
 #include "docops/TrackListWriter.hpp"
@@ -27,7 +28,9 @@ void XMPDocOpsTemporal::CacheTrackList() {
     }
     m_cachedTrackData = true;
     if (m_xmpMetaPtr != nullptr) {
-        docops::ReadTrackList(*m_xmpMetaPtr, kXMP_NS_DM, docops::kTracksPath, m_tracks);
+        docops::ReadKeepingFailure(m_trackReadFailure, [&] {
+            docops::ReadTrackList(*m_xmpMetaPtr, kXMP_NS_DM, docops::kTracksPath, m_tracks);
+        });
     }
 }
 
@@ -35,6 +38,7 @@ void XMPDocOpsTemporal::WriteTrackList() {
     if (m_xmpMetaPtr == nullptr) {
         throw XMP_Error(kXMPErr_BadParam, "Null output SXMPMeta pointer");
     }
+    docops::RequireCompleteRead(m_trackReadFailure, docops::kTracksPath);
     docops::WriteTrackList(*m_xmpMetaPtr, m_tracks);
 }
 

@@ -221,7 +221,8 @@ XMPTemporalMetadataInfo TrackListAssembler::MakeMarker(const MarkerText& text, c
     const std::string* markerID = nullptr;
     for (const CuePointText& cuePoint : text.m_cuePoints) {
         if (cuePoint.m_key == kMarkerIdKey) {
-            markerID = markerID != nullptr ? markerID : &cuePoint.m_value;
+            // The first non-empty one: an empty ID is no ID.
+            if (markerID == nullptr && !cuePoint.m_value.empty()) markerID = &cuePoint.m_value;
         } else if (m_keywordCuePoints == KeywordCuePoints::kToKeywords &&
                    cuePoint.m_key.starts_with(kKeywordExtKELPrefixV1)) {
             m_keywords.push_back(CuePointToKeyword(XMPCuePointParam(cuePoint.m_key.c_str(), cuePoint.m_value.c_str())));

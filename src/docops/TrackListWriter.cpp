@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "docops/TrackLayout.hpp"
 #include "records/KeywordCuePoints.hpp"
@@ -30,29 +31,63 @@ char* WriteMarkerTime(char* text, std::int64_t ticks, std::int64_t numerator, st
     return timestrings::WriteTimeText(text, ticks, numerator, denominator, kTicksPerSecond, ownRate);
 }
 
-// Every time is converted once before anything is written, so that a rate
-// that cannot convert one leaves the caller's track list as it was.
-void CheckMarkerTimes(const std::vector<XMPTrack>& tracks) {
+std::string TrackPath(std::size_t trackIndex) {
+    std::string path(kTracksPath);
+    AppendItemIndex(path, trackIndex);
+    return path;
+}
+
+std::string MarkerPath(std::size_t trackIndex, std::size_t markerIndex) {
+    std::string path = TrackPath(trackIndex);
+    path.append(1, '/').append(field::kMarkers);
+    AppendItemIndex(path, markerIndex);
+    return path;
+}
+
+// The reader refuses a rate with a member below one, so it is never written.
+bool IsWritableRate(std::int64_t numerator, std::int64_t denominator) {
+    return numerator > 0 && denominator > 0;
+}
+
+[[noreturn]] void ThrowUnwritableRate(std::int64_t numerator, std::int64_t denominator, const std::string& path) {
+    const std::string detail = "frame rate " + std::to_string(numerator) + "/" + std::to_string(denominator) +
+                               ": numerator and denominator must be positive";
+    RethrowAt(XMP_Error(kXMPErr_BadValue, detail.c_str()), kOperation, path);
+}
+
+void CheckMarker(const XMPTemporalMetadataInfo& marker, const XMPTrack& track, std::size_t trackIndex,
+                 std::size_t markerIndex) {
+    const std::pair<std::int64_t, std::int64_t> ownRates[] = {
+        {marker.GetStartTimeFrameRateNumerator(), marker.GetStartTimeFrameRateDenominator()},
+        {marker.GetDurationFrameRateNumerator(), marker.GetDurationFrameRateDenominator()}};
+    for (const auto& [numerator, denominator] : ownRates) {
+        if (HasOwnRate(numerator, denominator, track) && !IsWritableRate(numerator, denominator))
+            ThrowUnwritableRate(numerator, denominator, MarkerPath(trackIndex, markerIndex));
+    }
     char text[timestrings::kMaxTimeTextLength + 1];
+    try {
+        WriteMarkerTime(text, marker.GetStartTime(), marker.GetStartTimeFrameRateNumerator(),
+                        marker.GetStartTimeFrameRateDenominator(), track);
+        WriteMarkerTime(text, marker.GetDuration(), marker.GetDurationFrameRateNumerator(),
+                        marker.GetDurationFrameRateDenominator(), track);
+    } catch (const XMP_Error& error) {
+        RethrowAt(error, kOperation, MarkerPath(trackIndex, markerIndex));
+    }
+}
+
+// Every rate is checked and every time converted once before anything is
+// written, so that a rate that cannot be written or convert a time leaves the
+// caller's track list as it was.
+void CheckTracks(const std::vector<XMPTrack>& tracks) {
     std::size_t trackIndex = 0;
     for (const XMPTrack& track : tracks) {
         ++trackIndex;
+        if (!IsWritableRate(track.GetFrameRateNumerator(), track.GetFrameRateDenominator()))
+            ThrowUnwritableRate(track.GetFrameRateNumerator(), track.GetFrameRateDenominator(),
+                                TrackPath(trackIndex) + "/" + std::string(field::kFrameRate));
         std::size_t markerIndex = 0;
         for (const auto& entry : track.GetMarkers()) {
-            ++markerIndex;
-            const XMPTemporalMetadataInfo& marker = entry.second;
-            try {
-                WriteMarkerTime(text, marker.GetStartTime(), marker.GetStartTimeFrameRateNumerator(),
-                                marker.GetStartTimeFrameRateDenominator(), track);
-                WriteMarkerTime(text, marker.GetDuration(), marker.GetDurationFrameRateNumerator(),
-                                marker.GetDurationFrameRateDenominator(), track);
-            } catch (const XMP_Error& error) {
-                std::string path(kTracksPath);
-                AppendItemIndex(path, trackIndex);
-                path.append(1, '/').append(field::kMarkers);
-                AppendItemIndex(path, markerIndex);
-                RethrowAt(error, kOperation, path);
-            }
+            CheckMarker(entry.second, track, trackIndex, ++markerIndex);
         }
     }
 }
@@ -171,7 +206,7 @@ private:
 }  // namespace
 
 void WriteTrackList(SXMPMeta& meta, const std::vector<XMPTrack>& tracks) {
-    CheckMarkerTimes(tracks);
+    CheckTracks(tracks);
     meta.DeleteProperty(kXMP_NS_DM, kTracksPath);
     Writer writer(meta);
     std::size_t index = 0;

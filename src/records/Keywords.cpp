@@ -64,6 +64,20 @@ void ReadInteger(const kelcore::JSONValue& object, std::string_view name, std::i
     throw kelcore::missing_key_exception(std::string(name));
 }
 
+// Colours are ARGB bits. Another writer may store them unsigned (4294901760
+// for opaque red): those read as the same 32 bits.
+void ReadColor(const kelcore::JSONValue& object, std::int32_t& field) {
+    if (!kelcore::ObjectHasProperty(object, kColor)) {
+        return;
+    }
+    const kelcore::JSONValuePtr member = kelcore::GetVariantInObject(object, kColor);
+    if (member->is_number_unsigned() && member->get<std::uint64_t>() <= std::numeric_limits<std::uint32_t>::max()) {
+        field = static_cast<std::int32_t>(member->get<std::uint32_t>());
+        return;
+    }
+    field = kelcore::GetInt32InObject(object, kColor);
+}
+
 }  // namespace
 
 XMPKeywordData::XMPKeywordData(const std::string& name, const XMPKeywordExtension& extension)
@@ -86,7 +100,7 @@ XMPKeywordData CuePointToKeyword(const XMPCuePointParam& cuePoint) {
     if (value->is_object()) {
         ReadText(*value, kName, name);
         ReadText(*value, kPayload, tag.m_Payload);
-        ReadInteger(*value, kColor, tag.m_ARGBColor);
+        ReadColor(*value, tag.m_ARGBColor);
         ReadInteger(*value, kIndex, tag.m_Index);
     }
     // Which cue points are keywords is the caller's choice; the prefix is not checked here.

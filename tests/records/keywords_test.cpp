@@ -52,7 +52,7 @@ TEST(Keyword, MalformedCuePoints) {
     for (const char* value : {"not json", "", R"({"name":"a"} trailing)", "\"\xFF\""}) {
         EXPECT_THROW(CuePointToKeyword(XMPCuePointParam(key.c_str(), value)), kelcore::parse_exception) << value;
     }
-    for (const char* value : {R"({"color":"red"})", R"({"name":5})", R"({"color":4294967295})",
+    for (const char* value : {R"({"color":"red"})", R"({"name":5})", R"({"color":4294967296})",
                               R"({"index":2147483648})", R"({"index":1.0})"}) {
         EXPECT_THROW(CuePointToKeyword(XMPCuePointParam(key.c_str(), value)), kelcore::missing_key_exception) << value;
     }

@@ -93,7 +93,8 @@ TEST(InterruptedSave, WriteAllMarkersWithAnUnusableRateChangesNothing) {
         FAIL() << "a zero frame rate was written";
     } catch (const XMP_Error& error) {
         EXPECT_EQ(error.GetID(), kXMPErr_BadValue);
-        EXPECT_NE(std::string(error.GetErrMsg()).find("xmpDM:Tracks[1]/xmpDM:markers[1]"), std::string::npos)
+        EXPECT_NE(std::string(error.GetErrMsg()).find("xmpDM:Tracks[1]/xmpDM:frameRate: frame rate 0/1"),
+                  std::string::npos)
             << error.GetErrMsg();
     }
     EXPECT_EQ(Packet(meta), before);

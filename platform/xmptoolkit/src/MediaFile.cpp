@@ -6,6 +6,8 @@
 #include <exempi/xmp.h>
 
 #include "FileHandle.hpp"
+#include "MappedFile.hpp"
+#include "PacketGuard.hpp"
 #include "SafeReplace.hpp"
 #include "ToolkitCall.hpp"
 #include "XmpText.hpp"
@@ -148,6 +150,9 @@ std::unique_ptr<FileHandle> OpenMediaFile(const std::string& path, XMP_OptionBit
     const bool scanForPacket = (openFlags & kXMPFiles_OpenUsePacketScanning) != 0;
     if (!scanForPacket && CheckMediaFileFormat(path) == kXMP_UnknownFile)
         RaiseError(kXMPErr_NoFileHandler, kOpen, path, "");
+    // The toolkit parses a media file's packet inside its own calls, where no
+    // guard can reach it: so every packet in the file is checked first.
+    GuardEmbeddedPackets(MappedFile(path, kOpen).Bytes(), kOpen, path);
     return std::make_unique<MediaFile>(path, openFlags);
 }
 

@@ -1,4 +1,5 @@
 #include "MetaTree.hpp"
+#include "PacketGuard.hpp"
 #include "PacketText.hpp"
 #include "SubtreeCopy.hpp"
 #include "ToolkitCall.hpp"
@@ -16,6 +17,7 @@ void MetaTree::Parse(XMP_StringPtr buffer, XMP_StringLen size) {
         RequireArgument(buffer, kOperation, "buffer pointer");
     }
     const std::string packet = WithXmpMetaWrapper(std::string_view(buffer == nullptr ? "" : buffer, size));
+    GuardPacket(packet, kOperation);
     auto fresh = XmpObject::NewEmpty();
     RequireSuccess(CallToolkit([&] { return xmp_parse(fresh->Get(), packet.data(), packet.size()); }), kOperation, "",
                    kXMPErr_BadParse);

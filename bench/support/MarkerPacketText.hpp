@@ -1,15 +1,15 @@
 #pragma once
-// A packet of n markers (5 types, a name, a comment, two cue points each, as a
-// logging tool writes them), written as text so that making it costs no
+// A packet of n markers (5 types, a name, a comment, two cue points each, as
+// a logging tool writes them), written as text so that making it costs no
 // toolkit memory.
 
 #include <cstdint>
 #include <string>
 
-namespace keltemporalxmp::bench {
+namespace bench_support {
 
 inline const char* const kTypes[] = {"Chapter", "Comment", "Cue", "Speech", "WebLink"};
-inline constexpr std::int64_t kTypeCount = sizeof kTypes / sizeof kTypes[0];
+constexpr std::int64_t kTypeCount = sizeof kTypes / sizeof kTypes[0];
 
 inline std::string MarkerPacket(std::int64_t count) {
     std::string packet =
@@ -37,4 +37,4 @@ inline std::string MarkerPacket(std::int64_t count) {
     return packet;
 }
 
-}  // namespace keltemporalxmp::bench
+}  // namespace bench_support

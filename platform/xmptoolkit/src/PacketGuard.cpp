@@ -1,0 +1,300 @@
+#include "PacketGuard.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <new>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <expat.h>
+
+#include <xmptoolkit/XMP_Const.hpp>
+#include <xmptoolkit/XMP_PacketLimits.hpp>
+
+#include "ToolkitCall.hpp"
+
+namespace xmptoolkit_detail {
+namespace {
+
+using Limits = XMP_PacketLimits;
+
+// Most packets go to expat in one call, which costs about a tenth less than
+// 1 MiB pieces; a copied piece (control characters, UTF-16) stays bounded.
+constexpr std::size_t kChunkBytes = std::size_t{16} << 20;
+
+struct Breach {
+    std::string m_what;
+    std::uint64_t m_line = 0;
+};
+
+struct Level {
+    std::uint64_t m_children = 0;
+    std::uint64_t m_named = 0;               // children and attributes other than array items
+    std::uint64_t m_namedGrandchildren = 0;  // named children of named children: rdf:Description merges them
+    bool m_isNamed = false;
+};
+
+// How packet text reaches expat: always as 8-bit text, where every byte is a
+// character. The toolkit reads invalid UTF-8 as Latin-1 and control
+// characters as spaces, so the guard must not stop earlier than it does;
+// UTF-16 keeps its markup in the low byte of each unit.
+enum class TextForm { Bytes, Utf16LE, Utf16BE };
+
+TextForm DetectForm(std::string_view text) {
+    if (text.size() < 2) return TextForm::Bytes;
+    const auto first = static_cast<unsigned char>(text[0]);
+    const auto second = static_cast<unsigned char>(text[1]);
+    if ((first == 0xFE && second == 0xFF) || (first == 0 && second != 0)) return TextForm::Utf16BE;
+    if ((first == 0xFF && second == 0xFE) || (first != 0 && second == 0)) return TextForm::Utf16LE;
+    return TextForm::Bytes;
+}
+
+bool HasByteOrderMark(std::string_view text, TextForm form) {
+    return form != TextForm::Bytes && (text.starts_with("\xFE\xFF") || text.starts_with("\xFF\xFE"));
+}
+
+bool IsControl(unsigned char c) {
+    return c < 0x20 && c != '\t' && c != '\n' && c != '\r';
+}
+
+char Narrowed(unsigned unit) {
+    if (unit >= 0x100) return 'x';  // a name or text character; the markup is ASCII
+    return IsControl(static_cast<unsigned char>(unit)) ? ' ' : static_cast<char>(unit);
+}
+
+// The next piece of text as expat should see it, in `scratch` only when it
+// had to change.
+std::string_view NarrowChunk(std::string_view chunk, TextForm form, std::string& scratch) {
+    if (form == TextForm::Bytes) {
+        const auto* begin = reinterpret_cast<const unsigned char*>(chunk.data());
+        const auto* end = begin + chunk.size();
+        const auto* control = std::find_if(begin, end, IsControl);
+        if (control == end) return chunk;
+        scratch.assign(chunk);
+        for (char& c : scratch) c = Narrowed(static_cast<unsigned char>(c));
+        return scratch;
+    }
+    scratch.resize(chunk.size() / 2);
+    const bool little = form == TextForm::Utf16LE;
+    for (std::size_t i = 0; i < scratch.size(); ++i) {
+        const auto low = static_cast<unsigned char>(chunk[2 * i + (little ? 0 : 1)]);
+        const auto high = static_cast<unsigned char>(chunk[2 * i + (little ? 1 : 0)]);
+        scratch[i] = Narrowed(low | (high << 8u));
+    }
+    return scratch;
+}
+
+bool IsArrayItem(const XML_Char* name, const XML_Char** attributes) {
+    if (std::strcmp(name, "rdf:li") != 0) return false;
+    // Items that rebind their own prefix would be distinct named properties.
+    for (const XML_Char** attribute = attributes; *attribute != nullptr; attribute += 2) {
+        if (std::strcmp(*attribute, "xmlns:rdf") == 0) return false;
+    }
+    return true;
+}
+
+std::uint64_t CountAttributes(const XML_Char** attributes) {
+    std::uint64_t count = 0;
+    while (attributes[2 * count] != nullptr) ++count;
+    return count;
+}
+
+// The toolkit writes rdf:about and namespace URIs back without escaping them,
+// so one holding markup characters would be saved as a packet nothing can read
+// (and a namespace stays registered for the whole process).
+bool HasUnwritableAttribute(const XML_Char** attributes) {
+    for (const XML_Char** attribute = attributes; *attribute != nullptr; attribute += 2) {
+        const std::string_view name = attribute[0];
+        if ((name.ends_with(":about") || name.starts_with("xmlns")) && std::strpbrk(attribute[1], "\"<&") != nullptr)
+            return true;
+    }
+    return false;
+}
+
+std::string Exceeded(std::string_view what, std::uint64_t limit, std::string_view member) {
+    std::string text(what);
+    text.append(" exceed the limit of ").append(std::to_string(limit));
+    text.append(" (XMP_PacketLimits::").append(member).append(")");
+    return text;
+}
+
+// One streaming pass over one packet, up to the end of its root element.
+class LimitScan {
+public:
+    LimitScan() : m_parser(XML_ParserCreate("ISO-8859-1")) {
+        if (m_parser == nullptr) throw std::bad_alloc();
+        XML_SetUserData(m_parser, this);
+        XML_SetElementHandler(m_parser, &LimitScan::OnStart, &LimitScan::OnEnd);
+        m_levels.reserve(64);
+    }
+    ~LimitScan() { XML_ParserFree(m_parser); }
+    LimitScan(const LimitScan&) = delete;
+    LimitScan& operator=(const LimitScan&) = delete;
+
+    // The bytes read: up to the root element's end, the first malformed
+    // markup or a breach; never zero, so a caller searching on moves on.
+    std::size_t Run(std::string_view text) {
+        const TextForm form = DetectForm(text);
+        const std::size_t unit = form == TextForm::Bytes ? 1 : 2;
+        const std::size_t mark = HasByteOrderMark(text, form) ? unit : 0;
+        return mark + Feed(text.substr(mark), form, unit);
+    }
+
+    const std::optional<Breach>& GetBreach() const { return m_breach; }
+
+private:
+    std::size_t Feed(std::string_view text, TextForm form, std::size_t unit) {
+        const std::size_t usable = text.size() - text.size() % unit;
+        std::string scratch;
+        std::size_t offset = 0;
+        while (true) {
+            if (offset >= Limits::kMaxPacketBytes) {
+                Stop(Exceeded("packet bytes", Limits::kMaxPacketBytes, "kMaxPacketBytes"));
+                return offset;
+            }
+            const std::size_t size = std::min(kChunkBytes, usable - offset);
+            const bool last = offset + size == usable;
+            const std::string_view chunk = NarrowChunk(text.substr(offset, size), form, scratch);
+            const XML_Status status =
+                XML_Parse(m_parser, chunk.data(), static_cast<int>(chunk.size()), last ? XML_TRUE : XML_FALSE);
+            if (status != XML_STATUS_OK || m_stopped) {
+                const XML_Index at = XML_GetCurrentByteIndex(m_parser);
+                return std::max<std::size_t>(unit, at < 0 ? usable : static_cast<std::size_t>(at) * unit);
+            }
+            offset += size;
+            if (last) return std::max<std::size_t>(unit, offset);
+        }
+    }
+
+    void Stop(std::string what) {
+        m_breach = Breach{std::move(what), static_cast<std::uint64_t>(XML_GetCurrentLineNumber(m_parser))};
+        Halt();
+    }
+
+    void Halt() {
+        m_stopped = true;
+        XML_StopParser(m_parser, XML_FALSE);
+    }
+
+    // Expat may still report the end of an empty element after a stop.
+    void Start(const XML_Char* name, const XML_Char** attributes) {
+        if (m_stopped) return;
+        if (m_levels.size() >= Limits::kMaxNestingDepth)
+            return Stop(Exceeded("element levels", Limits::kMaxNestingDepth, "kMaxNestingDepth"));
+        const std::uint64_t attributeCount = CountAttributes(attributes);
+        if (attributeCount > Limits::kMaxAttributes)
+            return Stop(Exceeded("attributes of one element", Limits::kMaxAttributes, "kMaxAttributes"));
+        if (attributeCount > 0 && HasUnwritableAttribute(attributes))
+            return Stop("an rdf:about value or namespace URI with '\"', '<' or '&', which could not be written back,");
+        const bool named = !IsArrayItem(name, attributes);
+        if (!m_levels.empty()) {
+            if (++m_levels.back().m_children > Limits::kMaxChildren)
+                return Stop(Exceeded("children of one element", Limits::kMaxChildren, "kMaxChildren"));
+            if (named && !AddNamedToInnermost(1)) return;
+        }
+        m_levels.push_back(Level{0, 0, 0, named});
+        AddNamedToInnermost(attributeCount);  // attributes of an element become its fields
+    }
+
+    bool AddNamedToInnermost(std::uint64_t count) {
+        Level& level = m_levels.back();
+        level.m_named += count;
+        if (level.m_named > Limits::kMaxNamedChildren) {
+            Stop(Exceeded("named children of one element", Limits::kMaxNamedChildren, "kMaxNamedChildren"));
+            return false;
+        }
+        if (!level.m_isNamed || m_levels.size() < 2) return true;
+        Level& parent = m_levels[m_levels.size() - 2];
+        parent.m_namedGrandchildren += count;
+        if (parent.m_namedGrandchildren > Limits::kMaxNamedChildren) {
+            Stop(Exceeded("named children of one element's named children", Limits::kMaxNamedChildren,
+                          "kMaxNamedChildren"));
+            return false;
+        }
+        return true;
+    }
+
+    void End() {
+        if (m_stopped) return;
+        m_levels.pop_back();
+        if (m_levels.empty()) Halt();  // the root is complete; what follows is not this packet
+    }
+
+    static void XMLCALL OnStart(void* self, const XML_Char* name, const XML_Char** attributes) {
+        static_cast<LimitScan*>(self)->Start(name, attributes);
+    }
+    static void XMLCALL OnEnd(void* self, const XML_Char*) { static_cast<LimitScan*>(self)->End(); }
+
+    XML_Parser m_parser;
+    std::vector<Level> m_levels;
+    std::optional<Breach> m_breach;
+    bool m_stopped = false;
+};
+
+std::size_t GuardOne(std::string_view text, std::string_view operation, std::string_view path, std::string_view where) {
+    LimitScan scan;
+    const std::size_t read = scan.Run(text);
+    if (const auto& breach = scan.GetBreach()) {
+        std::string detail = breach->m_what;
+        detail.append(" at line ").append(std::to_string(breach->m_line)).append(where);
+        RaiseError(kXMPErr_BadXML, operation, path, detail);
+    }
+    return read;
+}
+
+std::string Utf16(std::string_view ascii, bool little) {
+    std::string wide;
+    for (char c : ascii) {
+        if (!little) wide.push_back('\0');
+        wide.push_back(c);
+        if (little) wide.push_back('\0');
+    }
+    return wide;
+}
+
+}  // namespace
+
+void GuardPacket(std::string_view packet, std::string_view operation) {
+    constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+    if (packet.starts_with(kUtf8Mark)) packet.remove_prefix(kUtf8Mark.size());
+    if (packet.size() > Limits::kMaxPacketBytes)
+        RaiseError(kXMPErr_BadXML, operation, "", Exceeded("packet bytes", Limits::kMaxPacketBytes, "kMaxPacketBytes"));
+    GuardOne(packet, operation, "", "");
+}
+
+void GuardEmbeddedPackets(std::string_view fileBytes, std::string_view operation, std::string_view path) {
+    constexpr std::string_view kHeader = "<?xpacket begin";
+    static const std::array<std::string, 5> kStarts = {std::string(kHeader), "<x:xmpmeta", "<rdf:RDF",
+                                                       Utf16(kHeader, true), Utf16(kHeader, false)};
+    // Skipping searches: media files are large and full of '<' and zero bytes.
+    using Searcher = std::boyer_moore_horspool_searcher<std::string::const_iterator>;
+    static const std::array<Searcher, kStarts.size()> kSearchers = [] {
+        auto make = [](const std::string& start) { return Searcher(start.begin(), start.end()); };
+        return std::array<Searcher, kStarts.size()>{make(kStarts[0]), make(kStarts[1]), make(kStarts[2]),
+                                                    make(kStarts[3]), make(kStarts[4])};
+    }();
+    auto find = [&](std::size_t which, std::size_t from) {
+        const auto found = std::search(fileBytes.begin() + from, fileBytes.end(), kSearchers[which]);
+        return found == fileBytes.end() ? std::string_view::npos : static_cast<std::size_t>(found - fileBytes.begin());
+    };
+    // The next match of each start, kept so that the search stays linear.
+    std::array<std::size_t, kStarts.size()> next{};
+    for (std::size_t i = 0; i < kStarts.size(); ++i) next[i] = find(i, 0);
+    std::size_t at = 0;
+    while (true) {
+        std::size_t start = std::string_view::npos;
+        for (std::size_t i = 0; i < kStarts.size(); ++i) {
+            if (next[i] < at) next[i] = find(i, at);
+            start = std::min(start, next[i]);
+        }
+        if (start == std::string_view::npos) return;
+        const std::string where = " of the packet at byte " + std::to_string(start);
+        at = start + GuardOne(fileBytes.substr(start), operation, path, where);
+    }
+}
+
+}  // namespace xmptoolkit_detail

@@ -1,0 +1,276 @@
+// Packets that would overflow the stack or take quadratic time in the toolkit
+// are refused before it parses them, with bad XML naming the limit and the
+// line; everything up to the limits still parses, on a small thread stack too.
+
+#include <gtest/gtest.h>
+
+#include <pthread.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <xmptoolkit/XMP.hpp>
+#include <xmptoolkit/XMP_PacketLimits.hpp>
+
+#include "robustness/hostile_packets.hpp"
+
+namespace {
+
+using Limits = XMP_PacketLimits;
+using namespace hostile;
+
+#if defined(__SANITIZE_ADDRESS__)
+// Address sanitizer frames are several times larger and keep redzones.
+constexpr std::size_t kHostStack = 4u << 20;
+#else
+constexpr std::size_t kHostStack = 256u << 10;
+#endif
+
+// Runs `work` on a thread with the stack a small host might give it.
+void OnSmallStack(const std::function<void()>& work) {
+    pthread_attr_t attributes;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, kHostStack), 0);
+    pthread_t thread;
+    auto run = [](void* argument) -> void* {
+        (*static_cast<const std::function<void()>*>(argument))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, run, const_cast<std::function<void()>*>(&work)), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+}
+
+SXMPMeta Parse(const std::string& packet) {
+    return SXMPMeta(packet.data(), static_cast<XMP_StringLen>(packet.size()));
+}
+
+std::string RefusalOf(const std::string& packet) {
+    try {
+        Parse(packet);
+    } catch (const XMP_Error& error) {
+        EXPECT_EQ(error.GetID(), kXMPErr_BadXML) << error.GetErrMsg();
+        return error.GetErrMsg();
+    }
+    return "accepted";
+}
+
+struct NestingForm {
+    const char* name;
+    std::string open;
+    std::string close;
+};
+
+// Each way the toolkit recurses: structs, arrays, nested descriptions,
+// elements it refuses only after building them, and elements never closed.
+const std::vector<NestingForm> kNestingForms = {
+    {"parseType Resource", "<dc:p rdf:parseType='Resource'>", "</dc:p>"},
+    {"arrays", "<dc:p><rdf:Bag><rdf:li rdf:parseType='Resource'>", "</rdf:li></rdf:Bag></dc:p>"},
+    {"descriptions", "<dc:p><rdf:Description>", "</rdf:Description></dc:p>"},
+    {"plain elements", "<dc:p>", "</dc:p>"},
+};
+
+std::uint64_t ElementsPerStep(const NestingForm& form) {
+    return static_cast<std::uint64_t>(std::count(form.open.begin(), form.open.end(), '<'));
+}
+
+std::string NestedPacket(const NestingForm& form, std::uint64_t steps) {
+    return Wrapped(Repeated(form.open, steps) + "<dc:leaf>v</dc:leaf>" + Repeated(form.close, steps));
+}
+
+// The most steps whose levels, with the wrapper and the leaf, stay within the limit.
+std::uint64_t StepsWithin(const NestingForm& form) {
+    return (Limits::kMaxNestingDepth - kWrapperLevels - 1) / ElementsPerStep(form);
+}
+
+TEST(PacketGuard, RefusesNestingPastTheLimitInEveryForm) {
+    for (const NestingForm& form : kNestingForms) {
+        SCOPED_TRACE(form.name);
+        const std::string message = RefusalOf(NestedPacket(form, StepsWithin(form) + 1));
+        EXPECT_NE(message.find("kMaxNestingDepth"), std::string::npos) << message;
+        // 50,000 levels: what used to overflow the stack of the main thread.
+        EXPECT_NE(RefusalOf(NestedPacket(form, 50000 / ElementsPerStep(form))).find("kMaxNestingDepth"),
+                  std::string::npos);
+    }
+    const std::string unclosed = Wrapped("<dc:p>" + Repeated("\n<dc:p>", 1000000));
+    const std::string message = RefusalOf(unclosed);
+    EXPECT_NE(message.find("ParseFromBuffer failed: bad XML (201): element levels exceed the limit of 128"
+                           " (XMP_PacketLimits::kMaxNestingDepth) at line 126"),
+              std::string::npos)
+        << message;
+}
+
+TEST(PacketGuard, DeepestAcceptedPacketsParseSerializeAndFreeOnASmallStack) {
+    for (const NestingForm& form : kNestingForms) {
+        SCOPED_TRACE(form.name);
+        const std::string packet = NestedPacket(form, StepsWithin(form));
+        std::string outcome = "not run";
+        OnSmallStack([&] {
+            try {
+                SXMPMeta meta = Parse(packet);
+                std::string serialized;
+                meta.SerializeToBuffer(&serialized);
+                outcome = "parsed";
+            } catch (const XMP_Error& error) {
+                outcome = error.GetID() == kXMPErr_BadXML ? "guard" : "toolkit";
+            }
+        });
+        EXPECT_EQ(outcome, "parsed");
+    }
+}
+
+struct WidthCase {
+    const char* name;
+    std::function<std::string(std::uint64_t)> packet;
+    std::uint64_t limit;
+    const char* member;
+};
+
+TEST(PacketGuard, RefusesWidthPastTheLimits) {
+    const std::vector<WidthCase> cases = {
+        {"fields of one struct", NamedSiblings, Limits::kMaxNamedChildren, "kMaxNamedChildren"},
+        {"properties over many descriptions", PropertiesInSeparateDescriptions, Limits::kMaxNamedChildren,
+         "kMaxNamedChildren"},
+        {"attributes of one element", Attributes, Limits::kMaxAttributes, "kMaxAttributes"},
+        {"attributes of an empty root", AttributesOfAnEmptyRoot, Limits::kMaxAttributes, "kMaxAttributes"},
+        {"items of one array", ArrayItems, Limits::kMaxChildren, "kMaxChildren"},
+    };
+    for (const WidthCase& widthCase : cases) {
+        SCOPED_TRACE(widthCase.name);
+        const std::string message = RefusalOf(widthCase.packet(widthCase.limit + 1));
+        EXPECT_NE(message.find(widthCase.member), std::string::npos) << message;
+    }
+}
+
+TEST(PacketGuard, LongArraysStillParse) {
+    const SXMPMeta meta = Parse(ArrayItems(300000));
+    EXPECT_EQ(meta.CountArrayItems(kDc.c_str(), "subject"), 300000);
+}
+
+}  // namespace
+
+namespace {
+
+struct Disguise {
+    const char* name;
+    std::function<std::string(const std::string&)> apply;
+};
+
+std::string Utf16(const std::string& text, bool littleEndian) {
+    std::string wide = littleEndian ? "\xFF\xFE" : "\xFE\xFF";
+    for (char c : text) {
+        wide += littleEndian ? std::string{c, '\0'} : std::string{'\0', c};
+    }
+    return wide;
+}
+
+// What the toolkit reads although a strict XML parser stops at it: the guard
+// must not stop earlier than the toolkit does.
+const std::vector<Disguise> kDisguises = {
+    {"control character", [](const std::string& p) { return "<!-- \x01 -->" + p; }},
+    {"Latin-1 byte", [](const std::string& p) { return "<!-- \xE9 -->" + p; }},
+    {"UTF-8 byte order mark", [](const std::string& p) { return "\xEF\xBB\xBF" + p; }},
+    {"UTF-16 little-endian", [](const std::string& p) { return Utf16(p, true); }},
+    {"UTF-16 big-endian", [](const std::string& p) { return Utf16(p, false); }},
+};
+
+TEST(PacketGuard, SeesThroughWhatTheToolkitForgives) {
+    const NestingForm& form = kNestingForms.front();
+    for (const Disguise& disguise : kDisguises) {
+        SCOPED_TRACE(disguise.name);
+        EXPECT_NE(RefusalOf(disguise.apply(NestedPacket(form, 1000))).find("kMaxNestingDepth"), std::string::npos);
+        const SXMPMeta meta = Parse(disguise.apply(NestedPacket(form, 2)));
+        EXPECT_TRUE(meta.DoesPropertyExist(kDc.c_str(), "p/dc:p/dc:leaf"));
+    }
+}
+
+// A JPEG whose APP1 segment holds the packet.
+std::string JpegWithPacket(const std::string& packet) {
+    const std::string payload = std::string("http://ns.adobe.com/xap/1.0/") + '\0' + packet;
+    const std::size_t length = payload.size() + 2;
+    std::string jpeg = "\xFF\xD8\xFF\xE1";
+    jpeg += static_cast<char>(length >> 8);
+    jpeg += static_cast<char>(length & 0xFF);
+    return jpeg + payload + "\xFF\xD9";
+}
+
+class MediaFileGuard : public testing::Test {
+protected:
+    std::string Write(const std::string& bytes) {
+        m_path = testing::TempDir() + "guard-" + std::to_string(::getpid()) + ".jpg";
+        std::ofstream(m_path, std::ios::binary) << bytes;
+        return m_path;
+    }
+    void TearDown() override { std::remove(m_path.c_str()); }
+    std::string m_path;
+};
+
+TEST_F(MediaFileGuard, RefusesADeepPacketBeforeTheFileHandlerParsesIt) {
+    const NestingForm& form = kNestingForms.front();
+    const std::string deep = Write(JpegWithPacket("<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?>" +
+                                                  NestedPacket(form, 2000) + "<?xpacket end='w'?>"));
+    try {
+        SXMPFiles file(deep.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead);
+        SXMPMeta meta;
+        file.GetXMP(&meta);
+        ADD_FAILURE() << "accepted";
+    } catch (const XMP_Error& error) {
+        EXPECT_EQ(error.GetID(), kXMPErr_BadXML);
+        EXPECT_NE(std::string(error.GetErrMsg()).find("kMaxNestingDepth) at line 1 of the packet at byte 35"),
+                  std::string::npos)
+            << error.GetErrMsg();
+    }
+    const std::string shallow = Write(JpegWithPacket(NestedPacket(form, 2)));
+    SXMPFiles file(shallow.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead);
+    SXMPMeta meta;
+    ASSERT_TRUE(file.GetXMP(&meta));
+    EXPECT_TRUE(meta.DoesPropertyExist(kDc.c_str(), "p/dc:p/dc:leaf"));
+}
+
+}  // namespace
+
+namespace {
+
+// The serializer indents every line by its depth, so its output grows with
+// depth times size; the depth limit keeps that a small factor.
+TEST(PacketGuard, SerializingAtTheDepthLimitStaysProportional) {
+    const NestingForm& form = kNestingForms.front();
+    const std::uint64_t steps = StepsWithin(form) - 2;  // room for the array and its items
+    const std::string packet =
+        Wrapped(Repeated(form.open, steps) + "<dc:b><rdf:Bag>" + Repeated("<rdf:li>v</rdf:li>", 5000) +
+                "</rdf:Bag></dc:b>" + Repeated(form.close, steps));
+    std::string serialized;
+    Parse(packet).SerializeToBuffer(&serialized);
+    EXPECT_LT(serialized.size(), 10 * packet.size());
+}
+
+}  // namespace
+
+namespace {
+
+// The toolkit writes rdf:about and namespace URIs back as they are, unescaped:
+// such a packet would be saved as one that nothing can read, so it is refused.
+TEST(PacketGuard, RefusesAnAboutOrNamespaceThatCouldNotBeWrittenBack) {
+    const std::string property = "<dc:format>v</dc:format>";
+    const auto packet = [&](const std::string& about, const std::string& uri) {
+        return "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'"
+               " xmlns:dc='" +
+               uri + "'><rdf:Description rdf:about='" + about + "'>" + property +
+               "</rdf:Description></rdf:RDF></x:xmpmeta>";
+    };
+    for (const std::string text : {"\"", "&lt;x", "a&amp;b"}) {
+        SCOPED_TRACE(text);
+        EXPECT_NE(RefusalOf(packet(text, kDc)).find("rdf:about"), std::string::npos);
+        EXPECT_NE(RefusalOf(packet("", "urn:" + text)).find("namespace URI"), std::string::npos);
+    }
+    std::string serialized;
+    Parse(Wrapped(property)).SerializeToBuffer(&serialized);
+    EXPECT_TRUE(Parse(serialized).DoesPropertyExist(kDc.c_str(), "format"));
+}
+
+}  // namespace
