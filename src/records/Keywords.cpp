@@ -67,15 +67,13 @@ void ReadInteger(const kelcore::JSONValue& object, std::string_view name, std::i
 // Colours are ARGB bits. Another writer may store them unsigned (4294901760
 // for opaque red): those read as the same 32 bits.
 void ReadColor(const kelcore::JSONValue& object, std::int32_t& field) {
-    if (!kelcore::ObjectHasProperty(object, kColor)) {
-        return;
-    }
-    const kelcore::JSONValuePtr member = kelcore::GetVariantInObject(object, kColor);
-    if (member->is_number_unsigned() && member->get<std::uint64_t>() <= std::numeric_limits<std::uint32_t>::max()) {
+    const kelcore::JSONValuePtr member = PresentMember(object, kColor);
+    if (member != nullptr && member->is_number_unsigned() &&
+        member->get<std::uint64_t>() <= std::numeric_limits<std::uint32_t>::max()) {
         field = static_cast<std::int32_t>(member->get<std::uint32_t>());
         return;
     }
-    field = kelcore::GetInt32InObject(object, kColor);
+    ReadInteger(object, kColor, field);
 }
 
 }  // namespace
