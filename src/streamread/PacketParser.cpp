@@ -40,6 +40,12 @@ bool FindsQuirk(std::string_view text) {
                        [text](std::string_view reference) { return text.find(reference) != std::string_view::npos; });
 }
 
+// The packet guard refuses these, as the toolkit would write them back
+// unescaped: the toolkit path gives that refusal.
+bool IsUnwritable(const XML_Char* text) {
+    return text != nullptr && std::strpbrk(text, "\"<&") != nullptr;
+}
+
 bool IsUtf8Name(std::string_view encoding) {
     return encoding.size() == 5 && (encoding[0] == 'U' || encoding[0] == 'u') &&
            (encoding[1] == 'T' || encoding[1] == 't') && (encoding[2] == 'F' || encoding[2] == 'f') &&
@@ -54,6 +60,7 @@ PacketParser::PacketParser(RdfWalk& walk) : m_walk(walk), m_parser(XML_ParserCre
     }
     XML_SetUserData(m_parser, this);
     XML_SetElementHandler(m_parser, OnStart, OnEnd);
+    XML_SetStartNamespaceDeclHandler(m_parser, OnNamespace);
     XML_SetCharacterDataHandler(m_parser, OnText);
     XML_SetCommentHandler(m_parser, OnComment);
     XML_SetProcessingInstructionHandler(m_parser, OnInstruction);
@@ -116,9 +123,22 @@ void XMLCALL PacketParser::OnStart(void* self, const XML_Char* name, const XML_C
     parser.m_attributeNames.clear();
     for (const XML_Char** attribute = attributes; *attribute != nullptr; attribute += 2) {
         parser.m_attributeNames.push_back(SplitName(*attribute));
+        if (parser.m_attributeNames.back().local == "about" && IsUnwritable(attribute[1])) {
+            parser.m_walk.GiveUp();
+        }
     }
-    parser.m_walk.StartElement(SplitName(name), attributes, parser.m_attributeNames.data(),
-                               parser.m_attributeNames.size());
+    if (!parser.m_walk.GaveUp()) {
+        parser.m_walk.StartElement(SplitName(name), attributes, parser.m_attributeNames.data(),
+                                   parser.m_attributeNames.size());
+    }
+    parser.StopIfGaveUp();
+}
+
+void XMLCALL PacketParser::OnNamespace(void* self, const XML_Char* /*prefix*/, const XML_Char* uri) {
+    auto& parser = *static_cast<PacketParser*>(self);
+    if (IsUnwritable(uri)) {
+        parser.m_walk.GiveUp();
+    }
     parser.StopIfGaveUp();
 }
 

@@ -29,6 +29,7 @@ public:
 private:
     static void XMLCALL OnStart(void* self, const XML_Char* name, const XML_Char** attributes);
     static void XMLCALL OnEnd(void* self, const XML_Char* name);
+    static void XMLCALL OnNamespace(void* self, const XML_Char* prefix, const XML_Char* uri);
     static void XMLCALL OnText(void* self, const XML_Char* text, int length);
     static void XMLCALL OnComment(void* self, const XML_Char* text);
     static void XMLCALL OnInstruction(void* self, const XML_Char* target, const XML_Char* data);
