@@ -3,5 +3,6 @@
 
 #include <keltemporalxmp/collector.hpp>
 #include <keltemporalxmp/docops.hpp>
+#include <keltemporalxmp/exchange.hpp>
 #include <keltemporalxmp/markers.hpp>
 #include <keltemporalxmp/records.hpp>
