@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include <keltemporalxmp/markers.hpp>
 #include <xmptoolkit/XMP.hpp>
 
 namespace keltemporalxmp::exchange {
@@ -96,6 +97,14 @@ private:
 std::string ExportMarkers(const std::vector<ExchangeMarker>& markers, Format format, const ExportOptions& options = {});
 
 std::vector<ExchangeMarker> ImportMarkers(std::string_view text, Format format, const ImportOptions& options = {});
+
+// Every marker of meta's tracks in the order ReadAllMarkers gives them, each
+// with its track's rate (unknown for a track counted in ticks).
+std::vector<ExchangeMarker> ReadExchangeMarkers(TXMPMeta<std::string>& meta);
+// Between records and Marker objects; text is converted between UTF-8 and
+// UTF-16. A record without an ID becomes a marker with a fresh one.
+ExchangeMarker ToExchangeMarker(const Marker& marker, Rate rate);
+std::shared_ptr<Marker> ToMarker(const ExchangeMarker& marker);
 
 // SMPTE timecode of a frame count at a rate: HH:MM:SS:FF, drop-frame
 // HH:MM:SS;FF at 30000/1001 and 60000/1001; a negative count gets a "-".

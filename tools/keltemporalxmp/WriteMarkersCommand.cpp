@@ -2,19 +2,14 @@
 // replaces the file's tracks with the markers of a JSON file in the schema
 // `markers --json` prints.
 
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
-
-#include <keltemporalxmp/docops.hpp>
-#include <keltemporalxmp/markers.hpp>
 
 #include "CommandList.hpp"
 #include "Documents.hpp"
 #include "MarkerJson.hpp"
+#include "MarkerWriting.hpp"
 #include "Options.hpp"
 
 namespace keltemporalxmp::tool {
@@ -27,71 +22,17 @@ struct WriteMarkersOptions {
     std::optional<FrameRate> rate;
 };
 
-std::string ReadText(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        throw InputError("cannot open it");
-    }
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-// Tracks store whole frames: a time is kept only when it reads back the same.
-bool StoresExactly(std::int64_t ticks, FrameRate rate) {
-    return XMPDocOpsTemporal::ConvertExternalTimeStringToTicks(XmpTimeText(ticks, rate).c_str(), rate.numerator,
-                                                               rate.denominator, kTicksPerSecond) == ticks;
-}
-
-// The number of the first marker with a time that is not a whole frame at rate, or 0.
-std::size_t FirstInexactMarker(const MarkerList& markers, FrameRate rate) {
-    for (std::size_t i = 0; i < markers.size(); ++i) {
-        if (!StoresExactly(markers[i]->GetStartTime().GetTicks(), rate) ||
-            !StoresExactly(markers[i]->GetDuration().GetTicks(), rate)) {
-            return i + 1;
-        }
-    }
-    return 0;
-}
-
-// The given rate, which must hold every time; else the rate the markers were
-// shown at when it holds them all; else ticks.
-FrameRate WritingRate(const MarkerList& markers, std::optional<FrameRate> given, std::optional<FrameRate> shown) {
-    if (given) {
-        if (const std::size_t inexact = FirstInexactMarker(markers, *given)) {
-            throw InputError("marker " + std::to_string(inexact) + " is not on a whole frame at " +
-                             FrameRateText(*given) + "; give another --frame-rate or leave it out");
-        }
-        return *given;
-    }
-    return shown && FirstInexactMarker(markers, *shown) == 0 ? *shown : kTickRate;
-}
-
-std::size_t TypeCount(const MarkerList& markers) {
-    std::set<UTF16String> types;
-    for (const auto& marker : markers) {
-        types.insert(marker->GetType());
-    }
-    return types.size();
-}
-
 int RunWriteMarkers(const WriteMarkersOptions& options) {
-    MarkerList markers;
-    FrameRate rate;
+    MarkersToWrite markers;
     try {
-        MarkersFromJson json = ReadMarkersJson(ReadText(options.from), options.rate);
-        rate = WritingRate(json.markers, options.rate, json.rate);
-        markers = std::move(json.markers);
+        MarkersFromJson json = ReadMarkersJson(ReadSourceText(options.from), options.rate);
+        markers = {std::move(json.markers), options.rate, json.rate};
+        CheckGivenRate(markers);
     } catch (const InputError& error) {
         ReportError(options.from, error.what());
         return kExitBadInput;
     }
-    return ForEachFile({options.file}, [&](const std::string& file) {
-        SXMPMeta meta = ReadDocument(file);
-        WriteAllMarkers(markers, meta, rate.numerator, rate.denominator);
-        WriteDocument(file, meta, options.output);
-        std::printf("%s: %zu markers in %zu tracks at %s\n",
-                    options.output.empty() ? file.c_str() : options.output.c_str(), markers.size(), TypeCount(markers),
-                    FrameRateText(rate).c_str());
-    });
+    return WriteMarkersToFile(options.file, markers, options.output, false);
 }
 
 }  // namespace

@@ -1,0 +1,35 @@
+#pragma once
+// What the commands that collect share: --start, --duration and --mask (the
+// part of a composition's timeline a collection covers and what it gathers),
+// and how a collected marker's type is found.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+#include <keltemporalxmp/records.hpp>
+
+namespace keltemporalxmp::tool {
+
+struct CollectRangeOptions {
+    std::string start = "0";
+    std::optional<std::string> duration;
+    std::string mask = "0F";
+};
+
+struct CollectRange {
+    std::int64_t start;
+    std::int64_t duration;
+    unsigned char mask;
+};
+
+void AddCollectRangeOptions(CLI::App& command, CollectRangeOptions& options);
+
+// UsageError naming the option that is not a time or a hexadecimal byte.
+CollectRange ParseCollectRange(const CollectRangeOptions& options);
+
+// Markers written by track keep their type in the track's.
+std::string CollectedMarkerType(const XMPTemporalMetadataInfo& info);
+
+}  // namespace keltemporalxmp::tool
