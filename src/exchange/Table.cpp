@@ -156,6 +156,9 @@ public:
         ReadHeader(row);
         Markers markers;
         while (m_rows.Next(row)) {
+            if (markers.empty()) {
+                GuessRate(row);
+            }
             if (!IsEmptyRow(row)) {
                 markers.push_back(ReadRow(row));
             }
@@ -175,6 +178,14 @@ private:
         }
         if (m_columns[kIn] == kColumnCount) {
             throw ImportError(m_format, 1, 1, "a header row with an \"In\" column");
+        }
+    }
+
+    // Without a rate of its own, drop-frame timecode ("00:01:00;02") is at 29.97.
+    void GuessRate(const Row& row) {
+        const Field* in = Cell(row, kIn);
+        if (!m_options.rate.IsKnown() && in != nullptr && in->text.find(';') != std::string::npos) {
+            m_rate = {30000, 1001};
         }
     }
 

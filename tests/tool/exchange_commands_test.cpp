@@ -1,0 +1,138 @@
+// export and import end to end: each format out of a file and back into a
+// copy, the composition's chapters in one command, and every failure with
+// the files left as they were.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include <kelcore/JSON.hpp>
+
+#include "ToolRunner.hpp"
+
+namespace tooltest {
+namespace {
+
+using testing::HasSubstr;
+
+class ExchangeCommands : public ::testing::Test {
+protected:
+    void SetUp() override {
+        WriteFile(m_dir / "interview.xmp", ReadFile(std::string(KELTXMP_SOURCE_DIR) + "/examples/interview.xmp"));
+    }
+    std::string Path(const std::string& name) const { return (m_dir / name).string(); }
+
+    // name, start ticks and type of each marker of a file, as `markers --json` lists them.
+    std::vector<std::string> Markers(const std::string& name) const {
+        const ToolResult result = RunTool({"markers", Path(name), "--json"});
+        EXPECT_EQ(result.status, 0) << result.err;
+        const kelcore::JSONValuePtr document = kelcore::JSONParse(result.out);
+        std::vector<std::string> markers;
+        for (const auto& marker : (*document)["files"][0]["markers"]) {
+            markers.push_back(marker["type"].get<std::string>() + " " + marker["name"].get<std::string>() + " " +
+                              std::to_string(marker["start"]["ticks"].get<std::int64_t>()));
+        }
+        std::sort(markers.begin(), markers.end());
+        return markers;
+    }
+
+    ScratchDirectory m_dir;
+};
+
+TEST_F(ExchangeCommands, FrameBasedAndWholeFormatsRoundTripEveryMarker) {
+    const std::vector<std::string> original = Markers("interview.xmp");
+    ASSERT_EQ(original.size(), 4u);
+    for (const std::string extension : {"edl", "csv", "tsv", "otio", "json"}) {
+        SCOPED_TRACE(extension);
+        const std::string exported = "markers." + extension;
+        const ToolResult out = RunTool({"export", Path("interview.xmp"), "--output", Path(exported)});
+        ASSERT_EQ(out.status, 0) << out.err;
+        EXPECT_EQ(out.out, "");
+        // Types ride along except in an edl, which has none.
+        const std::vector<std::string> typeArgument = extension == std::string("edl")
+                                                          ? std::vector<std::string>{"--type", "Chapter"}
+                                                          : std::vector<std::string>{};
+        std::vector<std::string> import = {"import",   Path("interview.xmp"), "--from", Path(exported),
+                                           "--output", Path("back.xmp")};
+        import.insert(import.end(), typeArgument.begin(), typeArgument.end());
+        const ToolResult in = RunTool(import);
+        ASSERT_EQ(in.status, 0) << in.err;
+        EXPECT_THAT(in.out, HasSubstr("4 markers"));
+        if (extension != std::string("edl")) {
+            EXPECT_EQ(Markers("back.xmp"), original);
+        } else {
+            EXPECT_EQ(Markers("back.xmp").size(), 4u);
+        }
+    }
+}
+
+TEST_F(ExchangeCommands, ImportFromStandardInputMergesWithTheMarkersThere) {
+    WriteFile(m_dir / "chapters.txt", "0:00 Start\n1:30 Later part\n");
+    const ToolResult result =
+        RunProgram("sh", {"-c", "\"$0\" import \"$1\" --from - --format youtube --merge < \"$2\"",
+                          std::string(KELTXMP_BINARY_DIR) + "/tools/keltemporalxmp/keltemporalxmp",
+                          Path("interview.xmp"), Path("chapters.txt")});
+    ASSERT_EQ(result.status, 0) << result.err;
+    // Whole seconds are not whole frames at 29.97: the tracks go to ticks.
+    EXPECT_EQ(result.out, Path("interview.xmp") + ": 6 markers in 2 tracks at f254016000000\n");
+    EXPECT_THAT(Markers("interview.xmp"), testing::Contains("Chapter Later part " + std::to_string(90 * 254016000000)));
+}
+
+TEST_F(ExchangeCommands, ACompositionsChaptersInOneCommand) {
+    const std::string sequence = std::string(KELTXMP_SOURCE_DIR) + "/examples/composition/sequence.xmp";
+    const ToolResult result = RunTool(
+        {"export", sequence, "--collect", "--mask", "08", "--only", "Chapter", "--format", "youtube", "--force"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, "0:00 Opening\n0:04 Rewind\n0:08 Scene\n");
+    const ToolResult webvtt = RunTool({"export", sequence, "--collect", "--start", "8s", "--format", "webvtt"});
+    EXPECT_THAT(webvtt.out, HasSubstr("00:00:08.400 --> 00:00:10.000\nAnn\n"));
+}
+
+struct FailureCase {
+    std::vector<std::string> arguments;  // "DIR/" is replaced by the scratch directory
+    int status;
+    std::string message;
+};
+
+TEST_F(ExchangeCommands, FailuresExitWithOneLineAndWriteNothing) {
+    WriteFile(m_dir / "bad.vtt", "WEBVTT\n\n00:00:01.000 --> 00:00:0x.000\nx\n");
+    WriteFile(m_dir / "off.vtt", "WEBVTT\n\n00:00:01.001 --> 00:00:02.000\nx\n");
+    WriteFile(m_dir / "early.json", R"([{"name": "early", "start": -5}])");
+    const std::vector<FailureCase> cases = {
+        {{"import", "DIR/interview.xmp", "--from", "DIR/bad.vtt"}, 1, "bad.vtt: webvtt line 3 column 18: expected"},
+        {{"import", "DIR/interview.xmp", "--from", "DIR/off.vtt", "--frame-rate", "25"},
+         1,
+         "off.vtt: marker 1 is not on a whole frame at f25"},
+        {{"import", "DIR/interview.xmp", "--from", "DIR/missing.srt"}, 1, "missing.srt: cannot open it"},
+        {{"import", "DIR/interview.xmp", "--from", "DIR/bad.txt"}, 2, "--format is required"},
+        {{"import", "DIR/interview.xmp", "--from", "DIR/bad.vtt", "--format", "mp4"}, 2, "not a format: mp4"},
+        {{"export", "DIR/interview.xmp"}, 2, "--format is required"},
+        {{"export", "DIR/interview.xmp", "--format", "youtube", "--output", "DIR/out.txt"},
+         1,
+         "youtube: marker 1 \"Welcome\": breaks the rule that each chapter is at least 10 s long"},
+        {{"export", "DIR/interview.xmp", "--format", "edl", "--timecode-start", "1:00"}, 2, "timecode start"},
+        {{"export", "DIR/interview.xmp", "--format", "srt", "--start", "1s"}, 2, "--start requires --collect"},
+        {{"export", "DIR/missing.xmp", "--format", "srt"}, 1, "missing.xmp: "},
+    };
+    const std::string before = ReadFile(m_dir / "interview.xmp");
+    for (FailureCase c : cases) {
+        for (std::string& argument : c.arguments) {
+            if (argument.starts_with("DIR/")) {
+                argument = Path(argument.substr(4));
+            }
+        }
+        const ToolResult result = RunTool(c.arguments);
+        const std::string label = c.arguments[0] + " " + c.arguments.back();
+        EXPECT_EQ(result.status, c.status) << label << ": " << result.err;
+        EXPECT_THAT(result.err, HasSubstr(c.message)) << label;
+        EXPECT_EQ(result.out, "") << label;
+    }
+    EXPECT_EQ(ReadFile(m_dir / "interview.xmp"), before);
+    EXPECT_FALSE(std::filesystem::exists(m_dir / "out.txt"));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_dir / ""), {}), 4) << "no temporary file left";
+}
+
+}  // namespace
+}  // namespace tooltest
