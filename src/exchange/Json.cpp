@@ -29,7 +29,8 @@ Json MarkerJson(const ExchangeMarker& marker) {
     Json json = {{"id", marker.id}, {"type", marker.type}, {"name", marker.name}, {"comment", marker.comment}};
     json["start"] = TimeJson(marker.start, marker.rate);
     json["duration"] = TimeJson(marker.duration, marker.rate);
-    if (marker.rate.IsKnown()) {
+    // Kept even when unusable, so that it reads back as it was.
+    if (marker.rate != Rate{}) {
         json["rate"] = {{"numerator", marker.rate.numerator}, {"denominator", marker.rate.denominator}};
     }
     Json& cuePoints = json["cuePoints"] = Json::array();

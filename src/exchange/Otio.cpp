@@ -49,7 +49,7 @@ Json MarkerJson(const ExchangeMarker& marker, Rate rate) {
                 {"start_ticks", marker.start},
                 {"duration_ticks", marker.duration},
                 {"cue_points", cuePoints}};
-    if (marker.rate.IsKnown()) {
+    if (marker.rate != Rate{}) {
         own["rate"] = RateJson(marker.rate);
     }
     return {{"OTIO_SCHEMA", "Marker.2"},
@@ -108,10 +108,8 @@ public:
         Rate valueRate;
         marker.start = Time(*range, "start_time", own, "start_ticks", valueRate);
         marker.duration = Time(*range, "duration", own, "duration_ticks", valueRate);
-        marker.rate = OwnRate(own, ownPath);
-        if (!marker.rate.IsKnown()) {
-            marker.rate = m_options.rate.IsKnown() ? m_options.rate : valueRate;
-        }
+        const std::optional<Rate> ownRate = OwnRate(own, ownPath);
+        marker.rate = ownRate ? *ownRate : m_options.rate.IsKnown() ? m_options.rate : valueRate;
         marker.cuePoints = CuePoints(own, ownPath);
         return marker;
     }
@@ -148,17 +146,17 @@ private:
         return static_cast<std::int64_t>(ticks);
     }
 
-    Rate OwnRate(const Json& own, const std::string& ownPath) const {
+    std::optional<Rate> OwnRate(const Json& own, const std::string& ownPath) const {
         const Json* rate = Member(own, "rate");
         if (rate == nullptr) {
-            return {};
+            return std::nullopt;
         }
         const Json* numerator = Member(*rate, "numerator");
         const Json* denominator = Member(*rate, "denominator");
         if (!numerator || !denominator || !numerator->is_number_integer() || !denominator->is_number_integer()) {
             FailAt(kFormat, ownPath + ".rate", "{\"numerator\": integer, \"denominator\": integer}");
         }
-        return {numerator->get<std::int64_t>(), denominator->get<std::int64_t>()};
+        return Rate{numerator->get<std::int64_t>(), denominator->get<std::int64_t>()};
     }
 
     std::vector<CuePoint> CuePoints(const Json& own, const std::string& ownPath) const {

@@ -73,7 +73,9 @@ TEST(RoundTripWhole, OtioAndJsonLoseNothing) {
     marker.id = "4d76d99a-f555-46d2-94ea-ad09a40b23d2";
     marker.rate = {30000, 1001};
     marker.cuePoints = {{"keywordExtKELv1_a", "{\"b\":1}"}, {"empty", ""}};
-    const std::vector<ExchangeMarker> markers = {marker, MakeMarker("Negative", -5 * kFrame25, -kFrame25)};
+    ExchangeMarker odd = MakeMarker("Negative", -5 * kFrame25, -kFrame25);
+    odd.rate = {25, 0};  // unusable, yet given back as it was
+    const std::vector<ExchangeMarker> markers = {marker, odd};
     for (const Format format : {Format::kOTIO, Format::kJSON}) {
         SCOPED_TRACE(FormatName(format));
         EXPECT_EQ(ImportMarkers(ExportMarkers(markers, format), format), markers);
