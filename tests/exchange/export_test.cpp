@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include "exchange/exchange_test_support.hpp"
 
 namespace keltemporalxmp::exchange {
@@ -67,6 +69,35 @@ TEST_P(ExportFormat, WritesTheFormatsText) {
 
 INSTANTIATE_TEST_SUITE_P(Formats, ExportFormat, ::testing::ValuesIn(kExports),
                          [](const auto& test) { return std::string(FormatName(test.param.format)); });
+
+}  // namespace
+}  // namespace keltemporalxmp::exchange
+
+namespace keltemporalxmp::exchange {
+namespace {
+
+// The interchange timeline's published schema names and members.
+TEST(OtioExport, UsesThePublishedSchema) {
+    const auto timeline = nlohmann::json::parse(ExportMarkers({testing::SampleMarkers()[1]}, Format::kOTIO));
+    EXPECT_EQ(timeline["OTIO_SCHEMA"], "Timeline.1");
+    EXPECT_TRUE(timeline["global_start_time"].is_null());
+    const auto& stack = timeline["tracks"];
+    EXPECT_EQ(stack["OTIO_SCHEMA"], "Stack.1");
+    EXPECT_TRUE(stack["children"].is_array());
+    const auto& marker = stack["markers"].at(0);
+    EXPECT_EQ(marker["OTIO_SCHEMA"], "Marker.2");
+    EXPECT_EQ(marker["name"], "Q&A <live>, \"quoted\"");
+    EXPECT_EQ(marker["comment"], "with a comment");
+    EXPECT_EQ(marker["color"], "GREEN");
+    const auto& range = marker["marked_range"];
+    EXPECT_EQ(range["OTIO_SCHEMA"], "TimeRange.1");
+    EXPECT_EQ(range["start_time"],
+              nlohmann::json::parse(R"({"OTIO_SCHEMA": "RationalTime.1", "rate": 25.0, "value": 300.0})"));
+    EXPECT_EQ(range["duration"]["value"], 500.0);
+    const auto& own = marker["metadata"]["keltemporalxmp"];
+    EXPECT_EQ(own["type"], "Chapter");
+    EXPECT_EQ(own["rate"], nlohmann::json::parse(R"({"numerator": 25, "denominator": 1})"));
+}
 
 }  // namespace
 }  // namespace keltemporalxmp::exchange
