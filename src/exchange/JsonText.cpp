@@ -15,6 +15,9 @@ Json ParseJsonText(std::string_view text, Format format) {
         const std::size_t lineStart = before.rfind('\n');
         const std::size_t column = offset - (lineStart == std::string_view::npos ? 0 : lineStart + 1) + 1;
         throw ImportError(format, line, column, "well-formed JSON");
+    } catch (const Json::out_of_range&) {
+        // Says which number, not where.
+        throw ImportError(format, 0, 0, "every number within the range of a double");
     }
 }
 
