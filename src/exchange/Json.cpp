@@ -45,13 +45,14 @@ const Json& MarkerArray(const Json& document) {
     if (document.is_array()) {
         return document;
     }
+    const Json* file = &document;
     if (const Json* files = Member(document, "files")) {
         if (!files->is_array() || files->size() != 1) {
             FailAt(kFormat, "files", "the markers of exactly one file");
         }
-        return MarkerArray((*files)[0]);
+        file = &(*files)[0];
     }
-    const Json* markers = Member(document, "markers");
+    const Json* markers = Member(*file, "markers");
     if (markers == nullptr || !markers->is_array()) {
         FailAt(kFormat, "the top", "{\"files\": [...]}, {\"markers\": [...]} or an array of markers");
     }

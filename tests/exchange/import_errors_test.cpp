@@ -64,6 +64,7 @@ const MalformedCase kMalformed[] = {
     {Format::kJSON, "[{\"name\": 5}]", 0, 0, "text at markers[0].name"},
     {Format::kJSON, "{\"markers\": [{\"start\": \"soon\"}]}", 0, 0, "at markers[0].start"},
     {Format::kJSON, "{\"files\": []}", 0, 0, "exactly one file"},
+    {Format::kJSON, "{\"files\": [{\"files\": [{\"markers\": []}]}]}", 0, 0, "at the top"},
     {Format::kJSON, "[{\"start\": 1e999}]", 0, 0, "range of a double"},
     {Format::kJSON, "\n\n  {\"markers\": [1,]}", 3, 18, "well-formed JSON"},
 };

@@ -90,6 +90,14 @@ TEST_F(ExchangeCommands, ACompositionsChaptersInOneCommand) {
     EXPECT_THAT(webvtt.out, HasSubstr("00:00:08.400 --> 00:00:10.000\nAnn\n"));
 }
 
+TEST_F(ExchangeCommands, AnOutputLinkIsWrittenThrough) {
+    WriteFile(m_dir / "real.srt", "old");
+    std::filesystem::create_symlink(m_dir / "real.srt", m_dir / "link.srt");
+    ASSERT_EQ(RunTool({"export", Path("interview.xmp"), "--output", Path("link.srt")}).status, 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(m_dir / "link.srt"));
+    EXPECT_THAT(ReadFile(m_dir / "real.srt"), testing::StartsWith("1\n00:00:00,000 --> 00:01:00,060\nWelcome\n"));
+}
+
 struct FailureCase {
     std::vector<std::string> arguments;  // "DIR/" is replaced by the scratch directory
     int status;
@@ -99,13 +107,16 @@ struct FailureCase {
 TEST_F(ExchangeCommands, FailuresExitWithOneLineAndWriteNothing) {
     WriteFile(m_dir / "bad.vtt", "WEBVTT\n\n00:00:01.000 --> 00:00:0x.000\nx\n");
     WriteFile(m_dir / "off.vtt", "WEBVTT\n\n00:00:01.001 --> 00:00:02.000\nx\n");
-    WriteFile(m_dir / "early.json", R"([{"name": "early", "start": -5}])");
+    WriteFile(m_dir / "empty.srt", "");
+    std::filesystem::create_directory(m_dir / "folder.srt");
     const std::vector<FailureCase> cases = {
         {{"import", "DIR/interview.xmp", "--from", "DIR/bad.vtt"}, 1, "bad.vtt: webvtt line 3 column 18: expected"},
         {{"import", "DIR/interview.xmp", "--from", "DIR/off.vtt", "--frame-rate", "25"},
          1,
          "off.vtt: marker 1 is not on a whole frame at f25"},
         {{"import", "DIR/interview.xmp", "--from", "DIR/missing.srt"}, 1, "missing.srt: cannot open it"},
+        {{"import", "DIR/interview.xmp", "--from", "DIR/empty.srt"}, 1, "empty.srt: no srt markers in it"},
+        {{"import", "DIR/interview.xmp", "--from", "DIR/folder.srt"}, 1, "folder.srt: is a directory"},
         {{"import", "DIR/interview.xmp", "--from", "DIR/bad.txt"}, 2, "--format is required"},
         {{"import", "DIR/interview.xmp", "--from", "DIR/bad.vtt", "--format", "mp4"}, 2, "not a format: mp4"},
         {{"export", "DIR/interview.xmp"}, 2, "--format is required"},
@@ -131,7 +142,7 @@ TEST_F(ExchangeCommands, FailuresExitWithOneLineAndWriteNothing) {
     }
     EXPECT_EQ(ReadFile(m_dir / "interview.xmp"), before);
     EXPECT_FALSE(std::filesystem::exists(m_dir / "out.txt"));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_dir / ""), {}), 4) << "no temporary file left";
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_dir / ""), {}), 5) << "no temporary file left";
 }
 
 }  // namespace

@@ -88,11 +88,22 @@ exchange::Rate CompositionRate(SXMPMeta& meta) {
     return {25, 1};
 }
 
-// A complete file or none: the text goes to a hidden file beside OUT first.
+// A complete file or none: the text goes to a hidden file beside OUT (beside
+// the file a link points to) first. A pipe or a device is written directly.
 void WriteOutput(const std::string& output, const std::string& text) {
-    const fs::path target(output);
-    const fs::path temporary = (target.has_parent_path() ? target.parent_path() : fs::path(".")) /
-                               ("." + target.filename().string() + ".keltemporalxmp-" + std::to_string(::getpid()));
+    std::error_code error;
+    const fs::file_status status = fs::status(output, error);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        std::ofstream out(output, std::ios::binary);
+        out << text;
+        if (!out.flush()) {
+            throw InputError("cannot write " + output);
+        }
+        return;
+    }
+    const fs::path target = fs::weakly_canonical(output);
+    const fs::path temporary =
+        target.parent_path() / ("." + target.filename().string() + ".keltemporalxmp-" + std::to_string(::getpid()));
     try {
         std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
         out << text;

@@ -10,6 +10,7 @@
 
 #include "CommandList.hpp"
 #include "Documents.hpp"
+#include "Errors.hpp"
 #include "ExchangeFormats.hpp"
 #include "MarkerWriting.hpp"
 #include "Options.hpp"
@@ -35,6 +36,10 @@ MarkersToWrite ReadMarkers(const ImportCommandOptions& options, exchange::Format
     importOptions.type = options.type;
     const std::vector<exchange::ExchangeMarker> records =
         exchange::ImportMarkers(ReadSourceText(options.from), format, importOptions);
+    // Writing nothing would remove every marker the file has.
+    if (records.empty()) {
+        throw InputError(std::string("no ") + exchange::FormatName(format) + " markers in it");
+    }
     MarkersToWrite markers{{}, options.rate, std::nullopt};
     for (const exchange::ExchangeMarker& record : records) {
         markers.markers.push_back(exchange::ToMarker(record));

@@ -1,6 +1,7 @@
 #include "MarkerWriting.hpp"
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -59,6 +60,10 @@ std::size_t TypeCount(const MarkerList& markers) {
 std::string ReadSourceText(const std::string& path) {
     if (path == "-") {
         return std::string(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
+    }
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) {
+        throw InputError("is a directory");
     }
     std::ifstream in(path, std::ios::binary);
     if (!in) {
