@@ -31,12 +31,9 @@ Json MarkerJson(const ExchangeMarker& marker) {
     json["duration"] = TimeJson(marker.duration, marker.rate);
     // Kept even when unusable, so that it reads back as it was.
     if (marker.rate != Rate{}) {
-        json["rate"] = {{"numerator", marker.rate.numerator}, {"denominator", marker.rate.denominator}};
+        json["rate"] = RateJson(marker.rate);
     }
-    Json& cuePoints = json["cuePoints"] = Json::array();
-    for (const CuePoint& cuePoint : marker.cuePoints) {
-        cuePoints.push_back({{"key", cuePoint.key}, {"value", cuePoint.value}});
-    }
+    json["cuePoints"] = CuePointsJson(marker.cuePoints);
     return json;
 }
 
@@ -84,39 +81,6 @@ std::int64_t ReadTime(const Json& marker, const char* name, const std::string& p
     FailAt(kFormat, path + "." + name, "ticks, or a time object with \"ticks\" or \"seconds\"");
 }
 
-Rate ReadRate(const Json& marker, const std::string& path, Rate fallback) {
-    const Json* rate = Member(marker, "rate");
-    if (rate == nullptr) {
-        return fallback;
-    }
-    const Json* numerator = Member(*rate, "numerator");
-    const Json* denominator = Member(*rate, "denominator");
-    if (!numerator || !denominator || !numerator->is_number_integer() || !denominator->is_number_integer()) {
-        FailAt(kFormat, path + ".rate", "{\"numerator\": integer, \"denominator\": integer}");
-    }
-    return {numerator->get<std::int64_t>(), denominator->get<std::int64_t>()};
-}
-
-std::vector<CuePoint> ReadCuePoints(const Json& marker, const std::string& path) {
-    std::vector<CuePoint> cuePoints;
-    const Json* list = Member(marker, "cuePoints");
-    if (list == nullptr) {
-        return cuePoints;
-    }
-    if (!list->is_array()) {
-        FailAt(kFormat, path + ".cuePoints", "an array");
-    }
-    for (std::size_t i = 0; i < list->size(); ++i) {
-        const std::string itemPath = path + ".cuePoints[" + std::to_string(i) + "]";
-        if (!(*list)[i].is_object()) {
-            FailAt(kFormat, itemPath, "{\"key\": text, \"value\": text}");
-        }
-        cuePoints.push_back(
-            {TextMember((*list)[i], "key", itemPath, kFormat), TextMember((*list)[i], "value", itemPath, kFormat)});
-    }
-    return cuePoints;
-}
-
 }  // namespace
 
 std::string ExportJson(const Markers& markers, const ExportOptions&) {
@@ -144,8 +108,8 @@ Markers ImportJson(std::string_view text, const ImportOptions& options) {
         marker.comment = TextMember(item, "comment", path, kFormat);
         marker.start = ReadTime(item, "start", path);
         marker.duration = ReadTime(item, "duration", path);
-        marker.rate = ReadRate(item, path, options.rate);
-        marker.cuePoints = ReadCuePoints(item, path);
+        marker.rate = RateMember(item, path, kFormat).value_or(options.rate);
+        marker.cuePoints = CuePointsMember(item, "cuePoints", path, kFormat);
         markers.push_back(std::move(marker));
     }
     return markers;

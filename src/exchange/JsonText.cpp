@@ -48,4 +48,49 @@ std::string TextMember(const Json& object, const char* name, const std::string& 
     return member->get<std::string>();
 }
 
+std::optional<Rate> RateMember(const Json& object, const std::string& path, Format format) {
+    const Json* rate = Member(object, "rate");
+    if (rate == nullptr) {
+        return std::nullopt;
+    }
+    const Json* numerator = Member(*rate, "numerator");
+    const Json* denominator = Member(*rate, "denominator");
+    if (!numerator || !denominator || !numerator->is_number_integer() || !denominator->is_number_integer()) {
+        FailAt(format, path + ".rate", "{\"numerator\": integer, \"denominator\": integer}");
+    }
+    return Rate{numerator->get<std::int64_t>(), denominator->get<std::int64_t>()};
+}
+
+Json RateJson(Rate rate) {
+    return {{"numerator", rate.numerator}, {"denominator", rate.denominator}};
+}
+
+std::vector<CuePoint> CuePointsMember(const Json& object, const char* name, const std::string& path, Format format) {
+    std::vector<CuePoint> cuePoints;
+    const Json* list = Member(object, name);
+    if (list == nullptr) {
+        return cuePoints;
+    }
+    if (!list->is_array()) {
+        FailAt(format, path + "." + name, "an array");
+    }
+    for (std::size_t i = 0; i < list->size(); ++i) {
+        const std::string itemPath = path + "." + name + "[" + std::to_string(i) + "]";
+        if (!(*list)[i].is_object()) {
+            FailAt(format, itemPath, "{\"key\": text, \"value\": text}");
+        }
+        cuePoints.push_back(
+            {TextMember((*list)[i], "key", itemPath, format), TextMember((*list)[i], "value", itemPath, format)});
+    }
+    return cuePoints;
+}
+
+Json CuePointsJson(const std::vector<CuePoint>& cuePoints) {
+    Json list = Json::array();
+    for (const CuePoint& cuePoint : cuePoints) {
+        list.push_back({{"key", cuePoint.key}, {"value", cuePoint.value}});
+    }
+    return list;
+}
+
 }  // namespace keltemporalxmp::exchange

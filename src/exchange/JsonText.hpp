@@ -3,8 +3,10 @@
 // is malformed, writing that never fails on bad UTF-8, and member access
 // that names the member a value is wrong in.
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -26,5 +28,12 @@ std::string JsonText(const Json& value);
 const Json* Member(const Json& object, const char* name);
 // The text member; "" when missing; ImportError when not text.
 std::string TextMember(const Json& object, const char* name, const std::string& path, Format format);
+
+// The rate member {"numerator", "denominator"}; nothing when it is missing.
+std::optional<Rate> RateMember(const Json& object, const std::string& path, Format format);
+Json RateJson(Rate rate);
+// The cue point list member [{"key", "value"}]; empty when it is missing.
+std::vector<CuePoint> CuePointsMember(const Json& object, const char* name, const std::string& path, Format format);
+Json CuePointsJson(const std::vector<CuePoint>& cuePoints);
 
 }  // namespace keltemporalxmp::exchange

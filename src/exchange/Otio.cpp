@@ -35,20 +35,12 @@ Json RationalTime(std::int64_t ticks, Rate rate) {
     return {{"OTIO_SCHEMA", "RationalTime.1"}, {"rate", RateValue(rate)}, {"value", FramesValue(ticks, rate)}};
 }
 
-Json RateJson(Rate rate) {
-    return {{"numerator", rate.numerator}, {"denominator", rate.denominator}};
-}
-
 Json MarkerJson(const ExchangeMarker& marker, Rate rate) {
-    Json cuePoints = Json::array();
-    for (const CuePoint& cuePoint : marker.cuePoints) {
-        cuePoints.push_back({{"key", cuePoint.key}, {"value", cuePoint.value}});
-    }
     Json own = {{"id", marker.id},
                 {"type", marker.type},
                 {"start_ticks", marker.start},
                 {"duration_ticks", marker.duration},
-                {"cue_points", cuePoints}};
+                {"cue_points", CuePointsJson(marker.cuePoints)}};
     if (marker.rate != Rate{}) {
         own["rate"] = RateJson(marker.rate);
     }
@@ -108,9 +100,9 @@ public:
         Rate valueRate;
         marker.start = Time(*range, "start_time", own, "start_ticks", valueRate);
         marker.duration = Time(*range, "duration", own, "duration_ticks", valueRate);
-        const std::optional<Rate> ownRate = OwnRate(own, ownPath);
+        const std::optional<Rate> ownRate = RateMember(own, ownPath, kFormat);
         marker.rate = ownRate ? *ownRate : m_options.rate.IsKnown() ? m_options.rate : valueRate;
-        marker.cuePoints = CuePoints(own, ownPath);
+        marker.cuePoints = CuePointsMember(own, "cue_points", ownPath, kFormat);
         return marker;
     }
 
@@ -144,39 +136,6 @@ private:
             }
         }
         return static_cast<std::int64_t>(ticks);
-    }
-
-    std::optional<Rate> OwnRate(const Json& own, const std::string& ownPath) const {
-        const Json* rate = Member(own, "rate");
-        if (rate == nullptr) {
-            return std::nullopt;
-        }
-        const Json* numerator = Member(*rate, "numerator");
-        const Json* denominator = Member(*rate, "denominator");
-        if (!numerator || !denominator || !numerator->is_number_integer() || !denominator->is_number_integer()) {
-            FailAt(kFormat, ownPath + ".rate", "{\"numerator\": integer, \"denominator\": integer}");
-        }
-        return Rate{numerator->get<std::int64_t>(), denominator->get<std::int64_t>()};
-    }
-
-    std::vector<CuePoint> CuePoints(const Json& own, const std::string& ownPath) const {
-        std::vector<CuePoint> cuePoints;
-        const Json* list = Member(own, "cue_points");
-        if (list == nullptr) {
-            return cuePoints;
-        }
-        if (!list->is_array()) {
-            FailAt(kFormat, ownPath + ".cue_points", "an array");
-        }
-        for (std::size_t i = 0; i < list->size(); ++i) {
-            const std::string path = ownPath + ".cue_points[" + std::to_string(i) + "]";
-            if (!(*list)[i].is_object()) {
-                FailAt(kFormat, path, "{\"key\": text, \"value\": text}");
-            }
-            cuePoints.push_back(
-                {TextMember((*list)[i], "key", path, kFormat), TextMember((*list)[i], "value", path, kFormat)});
-        }
-        return cuePoints;
     }
 
     inline static const Json kNoMetadata = Json::object();

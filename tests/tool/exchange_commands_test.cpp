@@ -98,18 +98,12 @@ TEST_F(ExchangeCommands, AnOutputLinkIsWrittenThrough) {
     EXPECT_THAT(ReadFile(m_dir / "real.srt"), testing::StartsWith("1\n00:00:00,000 --> 00:01:00,060\nWelcome\n"));
 }
 
-struct FailureCase {
-    std::vector<std::string> arguments;  // "DIR/" is replaced by the scratch directory
-    int status;
-    std::string message;
-};
-
 TEST_F(ExchangeCommands, FailuresExitWithOneLineAndWriteNothing) {
     WriteFile(m_dir / "bad.vtt", "WEBVTT\n\n00:00:01.000 --> 00:00:0x.000\nx\n");
     WriteFile(m_dir / "off.vtt", "WEBVTT\n\n00:00:01.001 --> 00:00:02.000\nx\n");
     WriteFile(m_dir / "empty.srt", "");
     std::filesystem::create_directory(m_dir / "folder.srt");
-    const std::vector<FailureCase> cases = {
+    const std::vector<ToolFailure> cases = {
         {{"import", "DIR/interview.xmp", "--from", "DIR/bad.vtt"}, 1, "bad.vtt: webvtt line 3 column 18: expected"},
         {{"import", "DIR/interview.xmp", "--from", "DIR/off.vtt", "--frame-rate", "25"},
          1,
@@ -128,17 +122,8 @@ TEST_F(ExchangeCommands, FailuresExitWithOneLineAndWriteNothing) {
         {{"export", "DIR/missing.xmp", "--format", "srt"}, 1, "missing.xmp: "},
     };
     const std::string before = ReadFile(m_dir / "interview.xmp");
-    for (FailureCase c : cases) {
-        for (std::string& argument : c.arguments) {
-            if (argument.starts_with("DIR/")) {
-                argument = Path(argument.substr(4));
-            }
-        }
-        const ToolResult result = RunTool(c.arguments);
-        const std::string label = c.arguments[0] + " " + c.arguments.back();
-        EXPECT_EQ(result.status, c.status) << label << ": " << result.err;
-        EXPECT_THAT(result.err, HasSubstr(c.message)) << label;
-        EXPECT_EQ(result.out, "") << label;
+    for (const ToolFailure& failure : cases) {
+        ExpectToolFailure(failure, m_dir / "");
     }
     EXPECT_EQ(ReadFile(m_dir / "interview.xmp"), before);
     EXPECT_FALSE(std::filesystem::exists(m_dir / "out.txt"));
