@@ -156,9 +156,11 @@ std::string ExportSubtitles(const Markers& markers, Format format, const ExportO
             text += std::to_string(++number) + "\n";
         }
         text += ClockWithMilliseconds(marker.start, separator) + " --> " + ClockWithMilliseconds(end, separator) + "\n";
-        text += EscapeCueText(marker.name, format) + "\n";
-        if (!marker.comment.empty()) {
-            text += EscapeCueText(marker.comment, format) + "\n";
+        // An empty first line would end the cue before its comment.
+        for (const std::string* line : {&marker.name, &marker.comment}) {
+            if (!line->empty() || (line == &marker.name && marker.comment.empty())) {
+                text += EscapeCueText(*line, format) + "\n";
+            }
         }
         text += "\n";
     }

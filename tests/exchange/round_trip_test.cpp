@@ -82,6 +82,18 @@ TEST(RoundTripWhole, OtioAndJsonLoseNothing) {
     }
 }
 
+// A cue's text ends at its first empty line.
+TEST(RoundTripWhole, SubtitlesWithoutANameKeepTheirComment) {
+    for (const Format format : {Format::kWebVTT, Format::kSRT}) {
+        const std::vector<ExchangeMarker> back = ImportMarkers(
+            ExportMarkers({MakeMarker("", 0, kFrame25, "only a comment"), MakeMarker("", kFrame25, kFrame25)}, format),
+            format);
+        ASSERT_EQ(back.size(), 2u) << FormatName(format);
+        EXPECT_EQ(back[0].name, "only a comment");
+        EXPECT_EQ(back[1].name, "");
+    }
+}
+
 // A timeline edited elsewhere: the moved time wins over the kept ticks.
 TEST(RoundTripWhole, OtioTakesAMovedTimeOverItsKeptTicks) {
     std::string text = ExportMarkers({MakeMarker("Moved", 0, kFrame25)}, Format::kOTIO);
