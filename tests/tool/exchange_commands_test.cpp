@@ -114,6 +114,7 @@ TEST_F(ExchangeCommands, FailuresExitWithOneLineAndWriteNothing) {
         {{"import", "DIR/interview.xmp", "--from", "DIR/bad.txt"}, 2, "--format is required"},
         {{"import", "DIR/interview.xmp", "--from", "DIR/bad.vtt", "--format", "mp4"}, 2, "not a format: mp4"},
         {{"export", "DIR/interview.xmp"}, 2, "--format is required"},
+        {{"export", "DIR/interview.xmp", "--format", "json", "--output", "DIR/interview.xmp"}, 2, "replace FILE"},
         {{"export", "DIR/interview.xmp", "--format", "youtube", "--output", "DIR/out.txt"},
          1,
          "youtube: marker 1 \"Welcome\": breaks the rule that each chapter is at least 10 s long"},

@@ -121,6 +121,10 @@ void WriteOutput(const std::string& output, const std::string& text) {
 
 int RunExport(const ExportCommandOptions& options) {
     const exchange::Format format = ChooseFormat(options.format, options.output, "--output OUT");
+    std::error_code error;
+    if (!options.output.empty() && fs::equivalent(options.file, options.output, error)) {
+        throw UsageError("--output would replace FILE itself");
+    }
     const std::optional<CollectRange> range =
         options.collect ? std::optional(ParseCollectRange(options.range)) : std::nullopt;
     const kelcore::RefPtr<MarkerTypeFilter> filter = TypeFilter(options.types);
