@@ -4,6 +4,7 @@
 // timelines and the tool's own JSON. Text in, text out: no file access.
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -56,17 +57,21 @@ std::optional<Format> FormatFromPath(std::string_view path);
 const char* DefaultMarkerType(Format format);
 
 struct ExportOptions {
-    // The rate of frame-based formats; when unknown, the first marker's, else 25.
+    // The rate of frame-based formats; when unknown, the first marker's, else
+    // 25. A rate of more frames than ticks a second is kXMPErr_BadParam.
     Rate rate;
-    // The record timecode of time zero in an edl, at the rate.
+    // The record timecode of time zero in an edl, at the rate; text that is
+    // no timecode is kXMPErr_BadParam.
     std::string timecodeStart = "00:00:00:00";
+    // The edl's and the otio timeline's name.
     std::string title = "Markers";
     // Writes youtube chapters that break the platform's rules.
     bool force = false;
 };
 
 struct ImportOptions {
-    // The rate of timecode and frames in the text; when unknown, 25.
+    // The rate of timecode and frames in the text; when unknown, 25, except
+    // that drop-frame timecode in an edl or a csv/tsv is read at 29.97.
     Rate rate;
     // The type of markers read from a format without types; empty: DefaultMarkerType.
     std::string type;
@@ -94,7 +99,12 @@ private:
     std::size_t m_column;
 };
 
+// The text of the markers in the format: those laid out on a timeline in
+// start order, otio and json in list order. ExportError for a marker the
+// format cannot hold.
 std::string ExportMarkers(const std::vector<ExchangeMarker>& markers, Format format, const ExportOptions& options = {});
+
+// The markers the text holds, in its order. ImportError for malformed text.
 
 std::vector<ExchangeMarker> ImportMarkers(std::string_view text, Format format, const ImportOptions& options = {});
 
@@ -109,7 +119,7 @@ std::shared_ptr<Marker> ToMarker(const ExchangeMarker& marker);
 // SMPTE timecode of a frame count at a rate: HH:MM:SS:FF, drop-frame
 // HH:MM:SS;FF at 30000/1001 and 60000/1001; a negative count gets a "-".
 std::string FramesToTimecode(std::int64_t frames, Rate rate);
-// The frame count of a timecode at a rate (";" or ":" before the frames);
+// The frame count of a timecode at a rate (";", ":", "." or "," before the frames);
 // nothing for text that is not one, or a label drop-frame skips.
 std::optional<std::int64_t> TimecodeToFrames(std::string_view timecode, Rate rate);
 
