@@ -88,7 +88,7 @@ std::string ExportJson(const Markers& markers, const ExportOptions&) {
     for (const ExchangeMarker& marker : markers) {
         list.push_back(MarkerJson(marker));
     }
-    return JsonText(Json{{"markers", list}});
+    return JsonText(Json{{"markers", std::move(list)}});
 }
 
 Markers ImportJson(std::string_view text, const ImportOptions& options) {

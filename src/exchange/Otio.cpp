@@ -45,7 +45,7 @@ Json MarkerJson(const ExchangeMarker& marker, Rate rate) {
         own["rate"] = RateJson(marker.rate);
     }
     return {{"OTIO_SCHEMA", "Marker.2"},
-            {"metadata", {{kOwnMetadata, own}}},
+            {"metadata", {{kOwnMetadata, std::move(own)}}},
             {"name", marker.name},
             {"color", kMarkerColor},
             {"marked_range",
@@ -175,7 +175,7 @@ std::string ExportOtio(const Markers& markers, const ExportOptions& options) {
                              {"name", "tracks"},
                              {"source_range", nullptr},
                              {"effects", Json::array()},
-                             {"markers", list},
+                             {"markers", std::move(list)},
                              {"enabled", true},
                              {"children", Json::array()}}}};
     return JsonText(timeline);
