@@ -5,6 +5,7 @@ pkg_check_modules(UUID REQUIRED IMPORTED_TARGET uuid)
 find_package(nlohmann_json 3 REQUIRED)
 find_package(utf8cpp REQUIRED)
 find_package(Threads REQUIRED)
+find_package(EXPAT REQUIRED)
 
 if(KELTXMP_BUILD_TESTS)
   find_package(GTest REQUIRED)

@@ -3,6 +3,9 @@
 // reversed), every document holding the same number of markers; beside it, a
 // baseline that reads the same markers of the same 1,111 documents, each
 // opened on its own, with the track reader of the document operations.
+//
+// Then the collector on a flat composition that uses one clip 100,000 times,
+// per record, beside the track reader per marker of a 100,000-marker track.
 
 #include <cstdint>
 #include <string>
@@ -116,8 +119,63 @@ void CollectBaseline(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(records));
 }
 
+constexpr int kUses = 100000;
+
+// Each use places the clip's first second, with its one marker, after the last.
+const SXMPMeta& FlatComposition() {
+    static const SXMPMeta composition = [] {
+        const SXMPMeta clip = Document(1, kSecond, "clip");
+        SXMPMeta meta;
+        XMPDocOpsTemporal doc;
+        doc.OpenXMP(&meta, "");
+        doc.AddIngredientXMPTemporal(clip, 0, kSecond, 0, kSecond, "", "", "linear");
+        doc.PrepareForSave("");
+        std::string clipID;
+        clip.GetProperty(kXMP_NS_XMP_MM, "xmpMM:InstanceID", &clipID, nullptr);
+        for (int i = 1; i < kUses; ++i) {
+            meta.AppendArrayItem(kXMP_NS_XMP_MM, "xmpMM:Ingredients", kXMP_PropValueIsArray, "",
+                                 kXMP_PropValueIsStruct);
+            const char* item = "xmpMM:Ingredients[last()]";
+            meta.SetStructField(kXMP_NS_XMP_MM, item, kXMP_NS_XMP_ResourceRef, "instanceID", clipID.c_str());
+            meta.SetStructField(kXMP_NS_XMP_MM, item, kXMP_NS_XMP_ResourceRef, "fromPart", "time:0d1");
+            meta.SetStructField(kXMP_NS_XMP_MM, item, kXMP_NS_XMP_ResourceRef, "toPart",
+                                ("time:" + std::to_string(i) + "d1").c_str());
+        }
+        return meta;
+    }();
+    return composition;
+}
+
+void CollectFlat(benchmark::State& state) {
+    const SXMPMeta& composition = FlatComposition();
+    std::size_t records = 0;
+    for (auto _ : state) {
+        XMPTemporalMetadataCollector collector(composition, 0, INT64_MAX);
+        records = collector.GetXMPTemporalMetadataInfoCollection().size();
+        benchmark::DoNotOptimize(records);
+    }
+    state.counters["markers"] = static_cast<double>(records);
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(records));
+}
+
+void CollectFlatBaseline(benchmark::State& state) {
+    static const SXMPMeta document = Document(kUses, kUses * kSecond, "long");
+    std::size_t records = 0;
+    for (auto _ : state) {
+        SXMPMeta meta = document;
+        XMPDocOpsTemporal doc;
+        doc.OpenXMP(&meta, "");
+        records = doc.TrackListIteratorBegin()->GetMarkers().size();
+        benchmark::DoNotOptimize(records);
+    }
+    state.counters["markers"] = static_cast<double>(records);
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(records));
+}
+
 BENCHMARK(Collect)->Arg(20)->Arg(40)->Unit(benchmark::kMillisecond);
 BENCHMARK(CollectBaseline)->Arg(20)->Arg(40)->Unit(benchmark::kMillisecond);
+BENCHMARK(CollectFlat)->Unit(benchmark::kMillisecond);
+BENCHMARK(CollectFlatBaseline)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -6,8 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <set>
-#include <string>
 
 #include <keltemporalxmp/records.hpp>
 #include <xmptoolkit/XMP.hpp>
@@ -32,10 +30,14 @@ namespace keltemporalxmp {
 // the top (as a pantry that reaches a document again makes it) raises
 // XMP_Error kXMPErr_BadXMP naming the instance ID where the walk stopped, and
 // the collector is not built. The no-repeat mode does not lift the bound.
-// So is the whole walk: a pantry whose documents each use several others can
-// reach more documents than any real composition holds (2^256 along a chain of
-// two-way uses), so entering more than kMaxDocumentVisits documents raises the
-// same error instead of running without end.
+//
+// Each document is read once per collection however often it is used, so
+// the work grows with the records collected. So that a small pantry whose
+// documents each use several others cannot make exponentially many, one
+// collection makes at most maxRecords records (kDefaultMaxRecords unless
+// given), keeps no more than 256 bytes of text (in records, and the keys of
+// the no-repeat mode) per record of that bound, and looks at no more than 64 documents, markers and ingredient uses per
+// record of that bound; past any of these the same error names the bound.
 //
 // One thread at a time.
 class XMPTemporalMetadataCollector {
@@ -62,7 +64,8 @@ public:
     };
 
     static constexpr int kMaxNestingDepth = 256;
-    static constexpr std::size_t kMaxDocumentVisits = 10000;
+    // About 600 MB of records of a few short texts each.
+    static constexpr std::size_t kDefaultMaxRecords = 1000000;
 
     // Records by clipped start; equal starts keep the order they were found in.
     using Collection = std::multimap<std::int64_t, XMPTemporalMetadataInfo>;
@@ -72,6 +75,8 @@ public:
     XMPTemporalMetadataCollector(const SXMPMeta& xmp, std::int64_t rangeStart, std::int64_t rangeDuration);
     XMPTemporalMetadataCollector(unsigned char mask, const SXMPMeta& xmp, std::int64_t rangeStart,
                                  std::int64_t rangeDuration);
+    XMPTemporalMetadataCollector(unsigned char mask, const SXMPMeta& xmp, std::int64_t rangeStart,
+                                 std::int64_t rangeDuration, std::size_t maxRecords);
     ~XMPTemporalMetadataCollector();
 
     Collection& GetXMPTemporalMetadataInfoCollection() { return m_collection; }
@@ -80,23 +85,7 @@ public:
     void debug_Dump() const;
 
 private:
-    struct Visit;
-    struct MarkerPlacement;
-
-    void Collect(const SXMPMeta& xmp, const Visit& visit);
-    void IndexPantry(const SXMPMeta& xmp);
-    void CollectComponent(const Visit& visit, const std::string& instanceID);
-    void CollectMarkers(const SXMPMeta& xmp, const Visit& visit, const std::string& instanceID);
-    void CollectIngredients(const SXMPMeta& xmp, const Visit& visit);
-    // Makes the marker a report-back of where it was found and files it.
-    void File(XMPTemporalMetadataInfo&& marker, const MarkerPlacement& placement);
-
     Collection m_collection;
-    std::size_t m_documentVisits = 0;
-    // Visit keys of the no-repeat mode.
-    std::set<std::string> m_visited;
-    // Instance ID to the path of the pantry item that holds the document.
-    std::map<std::string, std::string> m_pantryIndex;
 };
 
 }  // namespace keltemporalxmp

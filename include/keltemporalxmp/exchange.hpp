@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -111,6 +112,8 @@ std::vector<ExchangeMarker> ImportMarkers(std::string_view text, Format format, 
 // Every marker of meta's tracks in the order ReadAllMarkers gives them, each
 // with its track's rate (unknown for a track counted in ticks).
 std::vector<ExchangeMarker> ReadExchangeMarkers(TXMPMeta<std::string>& meta);
+// The same of tracks already read, in their order.
+std::vector<ExchangeMarker> ExchangeMarkersOfTracks(std::span<const XMPTrack> tracks);
 // Between records and Marker objects; text is converted between UTF-8 and
 // UTF-16. A record without an ID becomes a marker with a fresh one.
 ExchangeMarker ToExchangeMarker(const Marker& marker, Rate rate);

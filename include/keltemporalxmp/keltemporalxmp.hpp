@@ -6,3 +6,4 @@
 #include <keltemporalxmp/exchange.hpp>
 #include <keltemporalxmp/markers.hpp>
 #include <keltemporalxmp/records.hpp>
+#include <keltemporalxmp/streamread.hpp>

@@ -7,6 +7,7 @@
 #include <memory>
 #include <mutex>
 #include <set>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,6 +17,7 @@
 #include <kelcore/RefCounted.hpp>
 #include <kelcore/Strings.hpp>
 #include <kelmediatypes/TickTime.hpp>
+#include <keltemporalxmp/records.hpp>
 #include <xmptoolkit/XMP.hpp>
 
 namespace keltemporalxmp {
@@ -152,6 +154,14 @@ using MarkerList = std::vector<std::shared_ptr<Marker>, kelcore::STLAllocator<st
 // its track's type; keywords come back as cue points. Entries already in
 // `markers` stay.
 void ReadAllMarkers(TXMPMeta<std::string>& meta, MarkerList& markers);
+
+// The same from tracks already read (XMPDocOpsTemporal's, or StreamReadTracks').
+void AppendMarkersOfTracks(std::span<const XMPTrack> tracks, MarkerList& markers);
+
+// What KELTemporalXMPGetSegmentationMarkers gives, from tracks already read.
+void GetSegmentationMarkersOfTracks(std::span<const XMPTrack> tracks,
+                                    std::vector<std::pair<std::int64_t, std::int64_t>>& segments,
+                                    std::int64_t& frameDuration);
 
 // Replaces every track of meta by one track per marker type, in ascending
 // type order, named and typed by the type's UTF-8 text and running at the

@@ -11,6 +11,10 @@
 
 namespace keltemporalxmp {
 
+namespace [[gnu::visibility("hidden")]] collector {
+class Walk;
+}
+
 // Null text arguments of the constructors and setters below raise XMP_Error
 // kXMPErr_BadParam (the marker ID alone may be null).
 
@@ -155,7 +159,7 @@ public:
 
 private:
     // Turns markers it has read into marker report-backs.
-    friend class XMPTemporalMetadataCollector;
+    friend class collector::Walk;
 
     // What every form sets; the public constructors fill in the rest.
     XMPTemporalMetadataInfo(_infoFormEnum infoForm, const char* name, std::int64_t startTime,

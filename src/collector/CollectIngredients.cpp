@@ -1,63 +1,53 @@
 // Follows a document's ingredients into the pantry: each overlapping use is
 // collected as a document of its own, mapped through the use's parts.
 
-#include <keltemporalxmp/collector.hpp>
 #include <keltemporalxmp/docops.hpp>
 
-#include "collector/IngredientUse.hpp"
-#include "collector/Visit.hpp"
-#include "docops/IngredientLayout.hpp"
+#include <utility>
 
-namespace keltemporalxmp {
+#include "collector/Walk.hpp"
 
-using collector::Interval;
-using collector::Span;
-
+namespace keltemporalxmp::collector {
 namespace {
+
+using C = XMPTemporalMetadataCollector;
 
 void AppendPart(std::string& chain, const Span& span, const std::string& path) {
     std::string part;
-    XMPDocOpsTemporal::CreatePartString(&part, span.m_start, 0, 0, span.m_duration, 0, 0, collector::kUnspecified,
-                                        path.c_str());
+    XMPDocOpsTemporal::CreatePartString(&part, span.m_start, 0, 0, span.m_duration, 0, 0, kUnspecified, path.c_str());
     chain.append(part).append(1, ';');
 }
 
 }  // namespace
 
-void XMPTemporalMetadataCollector::CollectIngredients(const SXMPMeta& xmp, const Visit& visit) {
-    const std::string listPath = visit.PropertyPath(docops::kIngredientsPath);
-    for (const docops::ListItem& item : docops::StructItems(xmp, listPath.c_str())) {
-        const std::optional<collector::IngredientUse> use =
-            collector::ReadIngredientUse(xmp, item.m_path, (visit.m_mask & kIgnoreMaskMarkers) == 0);
-        if (!use) {
+void Walk::CollectIngredients(const DocumentRecords& document, const Visit& visit) {
+    for (const IngredientUse& use : document.m_ingredients) {
+        Step(document.m_instanceID);
+        const DocumentRecords* source = m_source.Find(use.m_instanceID, Content::kIngredients);
+        if (source == nullptr) {
             continue;
         }
-        const auto pantryItem = m_pantryIndex.find(use->m_instanceID);
-        if (pantryItem == m_pantryIndex.end()) {
-            continue;
-        }
-        const std::int64_t toStart = visit.m_mapping(use->m_to.m_start);
-        const Interval placed = Interval::ForOverlap(toStart, visit.m_mapping(use->m_to.End()));
-        const std::optional<double> scale = use->Scale();
+        const std::int64_t toStart = visit.m_mapping(use.m_to.m_start);
+        const Interval placed = Interval::ForOverlap(toStart, visit.m_mapping(use.m_to.End()));
+        const std::optional<double> scale = use.Scale();
         if (!placed.Overlaps(visit.m_mappedFromSpanForOverlap) || !scale) {
             continue;
         }
         const Interval target = placed.Intersection(visit.m_mappedFromSpanForOverlap);
         const Interval clipRange = target.ClampedInto(visit.m_clipRange);
         std::string chain;
-        if ((visit.m_mask & kNoRepeat) != 0) {
+        if ((visit.m_mask & C::kNoRepeat) != 0) {
             chain = visit.m_chain;
-            AppendPart(chain, use->m_from, use->m_instanceID);
+            AppendPart(chain, use.m_from, use.m_instanceID);
             AppendPart(chain, target.AsSpan(), "");
             AppendPart(chain, clipRange.AsSpan(), "");
         }
-        const unsigned char mask =
-            use->m_markersMasked ? visit.m_mask & ~(kCollectDocumentMarkers | kCollectIngredientMarkers) : visit.m_mask;
-        Collect(xmp, Visit(pantryItem->second,
-                           collector::Mapping{use->m_from.m_start, toStart, visit.m_mapping.m_scale * *scale},
-                           use->m_from.m_duration, static_cast<unsigned char>(mask), clipRange.AsSpan(),
-                           visit.m_depth + 1, std::move(chain)));
+        const bool masked = use.m_markersMasked && (visit.m_mask & C::kIgnoreMaskMarkers) == 0;
+        const auto mask = static_cast<unsigned char>(
+            masked ? visit.m_mask & ~(C::kCollectDocumentMarkers | C::kCollectIngredientMarkers) : visit.m_mask);
+        Collect(*source, Visit(Mapping{use.m_from.m_start, toStart, visit.m_mapping.m_scale * *scale},
+                               use.m_from.m_duration, mask, clipRange.AsSpan(), visit.m_depth + 1, std::move(chain)));
     }
 }
 
-}  // namespace keltemporalxmp
+}  // namespace keltemporalxmp::collector

@@ -1,46 +1,33 @@
 // The markers of one document's tracks, as report-backs on the top timeline.
 
-#include <keltemporalxmp/collector.hpp>
-
 #include <utility>
-#include <vector>
 
-#include "collector/Visit.hpp"
-#include "docops/TrackLayout.hpp"
-#include "docops/TrackListReader.hpp"
+#include "collector/Walk.hpp"
 
-namespace keltemporalxmp {
+namespace keltemporalxmp::collector {
 
-using collector::Interval;
-using collector::Span;
-
-void XMPTemporalMetadataCollector::CollectMarkers(const SXMPMeta& xmp, const Visit& visit,
-                                                  const std::string& instanceID) {
-    std::vector<XMPTrack> tracks;
-    docops::ReadTrackList(xmp, visit.PathNamespace(kXMP_NS_DM), visit.PropertyPath(docops::kTracksPath).c_str(), tracks,
-                          docops::KeywordCuePoints::kKeptAsCuePoints);
+void Walk::CollectMarkers(const std::vector<XMPTrack>& tracks, const Visit& visit, const std::string& instanceID) {
     const char* partMapping = visit.m_mapping.m_scale < 0.0 ? "linear-reversed" : "linear";
     std::string trackName;
     std::string trackType;
-    for (XMPTrack& track : tracks) {
+    for (const XMPTrack& track : tracks) {
         track.GetTrackName(&trackName);
         track.GetTrackType(&trackType);
-        for (auto entry = track.MarkerListIteratorBegin(); entry != track.MarkerListIteratorEnd(); ++entry) {
-            XMPTemporalMetadataInfo& marker = entry->second;
+        for (const auto& [key, marker] : track.GetMarkers()) {
+            Step(instanceID);
             const std::int64_t start = visit.m_mapping(marker.GetStartTime());
-            const std::int64_t end = visit.m_mapping(collector::AddTimes(marker.GetStartTime(), marker.GetDuration()));
+            const std::int64_t end = visit.m_mapping(AddTimes(marker.GetStartTime(), marker.GetDuration()));
             const Interval extent = Interval::ForOverlap(start, end);
             if (!extent.Overlaps(visit.m_mappedFromSpanForOverlap) || !extent.Overlaps(visit.m_clipRange)) {
                 continue;
             }
-            File(std::move(marker),
-                 MarkerPlacement{Span{start, collector::SubtractTimes(end, start)}, visit.Clipped(start, end),
-                                 instanceID, trackName, trackType, partMapping});
+            File(marker, MarkerPlacement{Span{start, SubtractTimes(end, start)}, visit.Clipped(start, end), instanceID,
+                                         trackName, trackType, partMapping});
         }
     }
 }
 
-void XMPTemporalMetadataCollector::File(XMPTemporalMetadataInfo&& marker, const MarkerPlacement& placement) {
+void Walk::File(XMPTemporalMetadataInfo marker, const MarkerPlacement& placement) {
     marker.m_infoForm = XMPTemporalMetadataInfo::kInfoForm_MarkerReportback;
     marker.m_startTime = placement.m_mapped.m_start;
     marker.m_duration = placement.m_mapped.m_duration;
@@ -50,7 +37,7 @@ void XMPTemporalMetadataCollector::File(XMPTemporalMetadataInfo&& marker, const 
     marker.m_reportedTrackName = placement.m_trackName;
     marker.m_reportedTrackType = placement.m_trackType;
     marker.m_reportedPartMapping = placement.m_partMapping;
-    m_collection.emplace(placement.m_clipped.m_start, std::move(marker));
+    Insert(placement.m_clipped.m_start, std::move(marker));
 }
 
-}  // namespace keltemporalxmp
+}  // namespace keltemporalxmp::collector

@@ -1,17 +1,14 @@
 #include "collector/IngredientUse.hpp"
 
-#include "docops/IngredientLayout.hpp"
+#include <utility>
+
 #include "docops/PartSpans.hpp"
 
 namespace keltemporalxmp::collector {
 namespace {
 
-std::string Field(const SXMPMeta& xmp, const std::string& itemPath, const char* name) {
-    return docops::ReadText(xmp, kXMP_NS_XMP_MM, itemPath + "/stRef:" + name);
-}
-
-std::optional<Span> ReadPart(const SXMPMeta& xmp, const std::string& itemPath, const char* name) {
-    const std::optional<docops::PartSpan> part = docops::TryParsePartSpan(Field(xmp, itemPath, name));
+std::optional<Span> ReadPart(const std::string& text) {
+    const std::optional<docops::PartSpan> part = docops::TryParsePartSpan(text);
     if (!part) {
         return std::nullopt;
     }
@@ -32,21 +29,21 @@ std::optional<double> IngredientUse::Scale() const {
     return static_cast<double>(toDuration) / static_cast<double>(fromDuration);
 }
 
-std::optional<IngredientUse> ReadIngredientUse(const SXMPMeta& xmp, const std::string& itemPath, bool readMaskMarkers) {
-    const std::optional<Span> from = ReadPart(xmp, itemPath, "fromPart");
-    const std::optional<Span> to = ReadPart(xmp, itemPath, "toPart");
+std::optional<IngredientUse> ReadIngredientUse(IngredientTexts texts) {
+    const std::optional<Span> from = ReadPart(texts.m_fromPart);
+    const std::optional<Span> to = ReadPart(texts.m_toPart);
     if (!from || !to) {
         return std::nullopt;
     }
-    IngredientUse use{Field(xmp, itemPath, "instanceID"), *from, *to};
-    if (docops::IsReversedMapping(Field(xmp, itemPath, "partMapping"))) {
+    IngredientUse use{std::move(texts.m_instanceID), *from, *to};
+    if (docops::IsReversedMapping(texts.m_partMapping)) {
         if (use.m_from.m_duration != kUnspecified) {
             use.m_from = use.m_from.Reversed();
         } else if (use.m_to.m_duration != kUnspecified) {
             use.m_to = use.m_to.Reversed();
         }
     }
-    use.m_markersMasked = readMaskMarkers && Field(xmp, itemPath, "maskMarkers") == "All";
+    use.m_markersMasked = texts.m_maskMarkers == "All";
     return use;
 }
 

@@ -1,10 +1,8 @@
 #pragma once
-// What the collector needs of one item of an xmpMM:Ingredients array.
+// What the collector needs of one item of a document's ingredient list.
 
 #include <optional>
 #include <string>
-
-#include <xmptoolkit/XMP.hpp>
 
 #include "collector/TimeMapping.hpp"
 
@@ -25,8 +23,17 @@ struct IngredientUse {
     std::optional<double> Scale() const;
 };
 
-// The struct item at itemPath; null when a part string cannot be read.
-std::optional<IngredientUse> ReadIngredientUse(const SXMPMeta& xmp, const std::string& itemPath, bool readMaskMarkers);
+// The texts of an item's stRef fields.
+struct IngredientTexts {
+    std::string m_instanceID;
+    std::string m_fromPart;
+    std::string m_toPart;
+    std::string m_partMapping;
+    std::string m_maskMarkers;
+};
+
+// Null when a part string cannot be read.
+std::optional<IngredientUse> ReadIngredientUse(IngredientTexts texts);
 
 }  // namespace gnu::visibility("hidden")]]collector
 }  // namespace keltemporalxmp

@@ -27,6 +27,22 @@ std::vector<ExchangeMarker> ReadExchangeMarkers(TXMPMeta<std::string>& meta) {
     return records;
 }
 
+std::vector<ExchangeMarker> ExchangeMarkersOfTracks(std::span<const XMPTrack> tracks) {
+    std::vector<ExchangeMarker> records;
+    for (const XMPTrack& track : tracks) {
+        Rate rate{track.GetFrameRateNumerator(), track.GetFrameRateDenominator()};
+        if (rate == Rate{kTicksPerSecond, 1}) {
+            rate = {};
+        }
+        MarkerList markers;
+        AppendMarkersOfTracks({&track, 1}, markers);
+        for (const auto& marker : markers) {
+            records.push_back(ToExchangeMarker(*marker, rate));
+        }
+    }
+    return records;
+}
+
 ExchangeMarker ToExchangeMarker(const Marker& marker, Rate rate) {
     using kelcore::UTF16to8;
     ExchangeMarker record;

@@ -1,6 +1,5 @@
 #include "TimeMath.hpp"
 
-#include <cmath>
 #include <cstdio>
 #include <limits>
 
@@ -28,8 +27,8 @@ bool IsDropFrame(Rate rate) {
 }
 
 std::int64_t NominalFramesPerSecond(Rate rate) {
-    const auto nominal = static_cast<std::int64_t>(
-        std::llround(static_cast<double>(rate.numerator) / static_cast<double>(rate.denominator)));
+    // In integers: a double loses the rounding of rates near 2^63.
+    const auto nominal = static_cast<std::int64_t>((Wide{rate.numerator} + rate.denominator / 2) / rate.denominator);
     return nominal < 1 ? 1 : nominal;
 }
 

@@ -46,10 +46,14 @@ const char* DynamicMediaPart() {
 void ReadAllMarkers(SXMPMeta& meta, MarkerList& markers) {
     XMPDocOpsTemporal doc;
     doc.OpenXMP(&meta, "");
+    AppendMarkersOfTracks({doc.TrackListIteratorBegin(), doc.TrackListIteratorEnd()}, markers);
+}
+
+void AppendMarkersOfTracks(std::span<const XMPTrack> tracks, MarkerList& markers) {
     std::string trackType;
-    for (auto track = doc.TrackListIteratorBegin(); track != doc.TrackListIteratorEnd(); ++track) {
-        track->GetTrackType(&trackType);
-        for (const auto& entry : track->GetMarkers()) {
+    for (const XMPTrack& track : tracks) {
+        track.GetTrackType(&trackType);
+        for (const auto& entry : track.GetMarkers()) {
             markers.push_back(markers::MarkerFromRecord(entry.second, trackType));
         }
     }

@@ -20,12 +20,12 @@ constexpr std::string_view kSegmentationType = "Segmentation";
 constexpr std::int64_t kUnknownFrameDuration = std::numeric_limits<std::int64_t>::max();
 
 // By name: a track of that type under another name does not count.
-const XMPTrack* FindTrackNamed(XMPDocOpsTemporal& doc, const char* trackName) {
+const XMPTrack* FindTrackNamed(std::span<const XMPTrack> tracks, const char* trackName) {
     std::string name;
-    for (auto track = doc.TrackListIteratorBegin(); track != doc.TrackListIteratorEnd(); ++track) {
-        track->GetTrackName(&name);
+    for (const XMPTrack& track : tracks) {
+        track.GetTrackName(&name);
         if (name == trackName) {
-            return &*track;
+            return &track;
         }
     }
     return nullptr;
@@ -47,6 +47,24 @@ std::int64_t FrameDuration(const XMPTrack& track) {
 }
 
 }  // namespace
+
+void GetSegmentationMarkersOfTracks(std::span<const XMPTrack> tracks,
+                                    std::vector<std::pair<std::int64_t, std::int64_t>>& segments,
+                                    std::int64_t& frameDuration) {
+    const XMPTrack* track = FindTrackNamed(tracks, kTrackName);
+    if (track == nullptr) {
+        frameDuration = kUnknownFrameDuration;
+        return;
+    }
+    frameDuration = FrameDuration(*track);
+    for (const auto& entry : track->GetMarkers()) {
+        const XMPTemporalMetadataInfo& marker = entry.second;
+        if (*marker.GetMarkerFieldPtr(XMPTemporalMetadataInfo::kInfoField_MarkerType) == kSegmentationType) {
+            segments.emplace_back(marker.GetStartTime(), marker.GetDuration());
+        }
+    }
+}
+
 }  // namespace keltemporalxmp
 
 extern "C" void KELTemporalXMPGetSegmentationMarkers(const SXMPMeta* meta,
@@ -61,16 +79,5 @@ extern "C" void KELTemporalXMPGetSegmentationMarkers(const SXMPMeta* meta,
         SXMPMeta handle(*meta);
         doc.OpenXMP(&handle, "");
     }
-    const XMPTrack* track = FindTrackNamed(doc, kTrackName);
-    if (track == nullptr) {
-        frameTicks = kUnknownFrameDuration;
-        return;
-    }
-    frameTicks = FrameDuration(*track);
-    for (const auto& entry : track->GetMarkers()) {
-        const XMPTemporalMetadataInfo& marker = entry.second;
-        if (*marker.GetMarkerFieldPtr(XMPTemporalMetadataInfo::kInfoField_MarkerType) == kSegmentationType) {
-            segmentList.emplace_back(marker.GetStartTime(), marker.GetDuration());
-        }
-    }
+    GetSegmentationMarkersOfTracks({doc.TrackListIteratorBegin(), doc.TrackListIteratorEnd()}, segmentList, frameTicks);
 }

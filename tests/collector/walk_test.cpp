@@ -175,11 +175,18 @@ TEST(CollectorDepth, ChainsNestUpTo256Deep) {
 }
 
 // n1 uses n2 twice, n2 uses n3 twice, ...: a short pantry that reaches 2^20
-// documents stops at the visit bound instead of running on.
-TEST(CollectorDepth, FanOutStopsAtTheVisitBound) {
+// documents stops at the record bound instead of running on.
+TEST(CollectorDepth, FanOutStopsAtTheRecordBound) {
     SXMPMeta top = PantryChain(20, {"time:0d5", "time:5d5"});
     AppendUse(top, "xmpMM:Ingredients", "xmp.iid:n1", "time:0d10", "time:0d10");
-    ExpectWalkError(top, C::kCollectComponentMetadata, "documents visited");
+    try {
+        XMPTemporalMetadataCollector collector(C::kCollectComponentMetadata, top, 0, kUnspecified, 1000);
+        ADD_FAILURE() << "no error";
+    } catch (const XMP_Error& error) {
+        EXPECT_EQ(error.GetID(), kXMPErr_BadXMP);
+        EXPECT_NE(std::string(error.GetErrMsg()).find("more than 1000 records"), std::string::npos)
+            << error.GetErrMsg();
+    }
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -94,6 +96,45 @@ TEST_F(FilesTest, PutWithoutSafeReplaceAndHandleMisuse) {
     }
     EXPECT_EQ(Read(png), pngBefore);
     EXPECT_EQ(FileCount(), 2U) << "no temporary files are left behind";
+}
+
+}  // namespace
+
+namespace {
+
+// What a host other than the tool relies on: a file open for update is
+// locked against other updates until it is closed, read-only files are
+// refused, and a copy leaves its source alone.
+TEST_F(FilesTest, UpdatesAreLockedReadOnlyFilesRefusedAndCopiesLeaveTheSource) {
+    const std::string sidecar = Write("doc.xmp", {});
+    const SXMPMeta meta = MetaWithFormat("image/png");
+    ::setenv("KELTEMPORALXMP_LOCK_TIMEOUT", "0.05", 1);
+    {
+        SXMPFiles first(sidecar.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForUpdate);
+        SXMPFiles second;
+        EXPECT_EQ(ErrorOf([&] { second.OpenFile(sidecar.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForUpdate); },
+                          "another program is writing this file (waited 0.05 s for its lock)"),
+                  kXMPErr_ExternalFailure);
+        first.PutXMP(meta);
+        first.CloseFile(kXMPFiles_UpdateSafely);
+        second.OpenFile(sidecar.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForUpdate);
+    }
+    ::unsetenv("KELTEMPORALXMP_LOCK_TIMEOUT");
+
+    const std::string png = Write("source.png", kPng);
+    ASSERT_EQ(::chmod(png.c_str(), 0444), 0);
+    SXMPFiles file;
+    EXPECT_EQ(ErrorOf([&] { file.OpenFile(png.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForUpdate); },
+                      "read-only (mode 0444)"),
+              kXMPErr_FilePermission);
+    const std::string copy = (m_dir / "copy.png").string();
+    SXMPFiles::PutXMPIntoCopy(png.c_str(), copy.c_str(), meta);
+    EXPECT_EQ(Read(png), kPng);
+    std::string packet;
+    SXMPFiles written(copy.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead);
+    ASSERT_TRUE(written.GetXMP(nullptr, &packet));
+    EXPECT_NE(packet.find("image/png"), std::string::npos);
+    EXPECT_EQ(FileCount(), 3U) << "no temporary files are left behind";
 }
 
 }  // namespace

@@ -18,6 +18,12 @@ ToolResult RunProgram(const std::string& program, const std::vector<std::string>
 // The built keltemporalxmp.
 ToolResult RunTool(const std::vector<std::string>& arguments);
 
+// Starts the built keltemporalxmp without waiting: standard output is
+// dropped, standard error goes to `errorFile`. Returns the process id.
+int StartTool(const std::vector<std::string>& arguments, const std::filesystem::path& errorFile);
+// Waits for a started program: its exit status, or -1 when a signal ended it.
+int WaitForProgram(int pid);
+
 std::string ReadFile(const std::filesystem::path& path);
 void WriteFile(const std::filesystem::path& path, const std::string& bytes);
 

@@ -1,6 +1,8 @@
 // export and import end to end: each format out of a file and back into a
-// copy, the composition's chapters in one command, and every failure with
-// the files left as they were.
+// copy, the composition's chapters in one command, both readers, concurrent
+// imports, and every failure with the files left as they were.
+
+#include <sys/stat.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -98,11 +100,44 @@ TEST_F(ExchangeCommands, AnOutputLinkIsWrittenThrough) {
     EXPECT_THAT(ReadFile(m_dir / "real.srt"), testing::StartsWith("1\n00:00:00,000 --> 00:01:00,060\nWelcome\n"));
 }
 
+TEST_F(ExchangeCommands, BothReadersExportTheSameMarkers) {
+    for (const std::string format : {"json", "csv", "edl"}) {
+        const ToolResult fast = RunTool({"export", Path("interview.xmp"), "--format", format, "--reader", "fast"});
+        const ToolResult toolkit =
+            RunTool({"export", Path("interview.xmp"), "--format", format, "--reader", "toolkit"});
+        ASSERT_EQ(fast.status, 0) << fast.err;
+        EXPECT_EQ(fast.out, toolkit.out) << format;
+    }
+}
+
+TEST_F(ExchangeCommands, ConcurrentMergingImportsKeepEveryMarker) {
+    constexpr int kWriters = 4;
+    std::vector<int> writers;
+    for (int i = 0; i < kWriters; ++i) {
+        const std::string source = "chapter" + std::to_string(i) + ".srt";
+        WriteFile(m_dir / source,
+                  "1\n00:00:0" + std::to_string(i) + ",000 --> 00:00:09,000\nPart " + std::to_string(i) + "\n");
+        writers.push_back(
+            StartTool({"import", Path("interview.xmp"), "--from", Path(source), "--type", "Chapter", "--merge"},
+                      m_dir / (std::to_string(i) + ".err")));
+    }
+    for (int i = 0; i < kWriters; ++i) {
+        EXPECT_EQ(WaitForProgram(writers[i]), 0) << ReadFile(m_dir / (std::to_string(i) + ".err"));
+    }
+    const std::vector<std::string> markers = Markers("interview.xmp");
+    EXPECT_EQ(markers.size(), 4u + kWriters) << "an update was lost";
+    for (int i = 0; i < kWriters; ++i) {
+        EXPECT_THAT(markers, testing::Contains(testing::StartsWith("Chapter Part " + std::to_string(i) + " ")));
+    }
+}
+
 TEST_F(ExchangeCommands, FailuresExitWithOneLineAndWriteNothing) {
     WriteFile(m_dir / "bad.vtt", "WEBVTT\n\n00:00:01.000 --> 00:00:0x.000\nx\n");
     WriteFile(m_dir / "off.vtt", "WEBVTT\n\n00:00:01.001 --> 00:00:02.000\nx\n");
     WriteFile(m_dir / "empty.srt", "");
     std::filesystem::create_directory(m_dir / "folder.srt");
+    ASSERT_EQ(::mkfifo(Path("pipe.srt").c_str(), 0600), 0);
+    const std::string sequence = std::string(KELTXMP_SOURCE_DIR) + "/examples/composition/sequence.xmp";
     const std::vector<ToolFailure> cases = {
         {{"import", "DIR/interview.xmp", "--from", "DIR/bad.vtt"}, 1, "bad.vtt: webvtt line 3 column 18: expected"},
         {{"import", "DIR/interview.xmp", "--from", "DIR/off.vtt", "--frame-rate", "25"},
@@ -111,6 +146,8 @@ TEST_F(ExchangeCommands, FailuresExitWithOneLineAndWriteNothing) {
         {{"import", "DIR/interview.xmp", "--from", "DIR/missing.srt"}, 1, "missing.srt: cannot open it"},
         {{"import", "DIR/interview.xmp", "--from", "DIR/empty.srt"}, 1, "empty.srt: no srt markers in it"},
         {{"import", "DIR/interview.xmp", "--from", "DIR/folder.srt"}, 1, "folder.srt: is a directory"},
+        {{"import", "DIR/interview.xmp", "--from", "DIR/pipe.srt"}, 1, "pipe.srt: is a FIFO (named pipe)"},
+        {{"import", "DIR/interview.xmp", "--from", "DIR/bad.vtt", "--output", ""}, 2, "needs a file name"},
         {{"import", "DIR/interview.xmp", "--from", "DIR/bad.txt"}, 2, "--format is required"},
         {{"import", "DIR/interview.xmp", "--from", "DIR/bad.vtt", "--format", "mp4"}, 2, "not a format: mp4"},
         {{"export", "DIR/interview.xmp"}, 2, "--format is required"},
@@ -121,6 +158,10 @@ TEST_F(ExchangeCommands, FailuresExitWithOneLineAndWriteNothing) {
         {{"export", "DIR/interview.xmp", "--format", "edl", "--timecode-start", "1:00"}, 2, "timecode start"},
         {{"export", "DIR/interview.xmp", "--format", "srt", "--start", "1s"}, 2, "--start requires --collect"},
         {{"export", "DIR/missing.xmp", "--format", "srt"}, 1, "missing.xmp: "},
+        {{"export", "DIR/interview.xmp", "--format", "srt", "--output", ""}, 2, "needs a file name"},
+        {{"export", "DIR/interview.xmp", "--format", "srt", "--reader", "quick"}, 2, "--reader"},
+        {{"export", sequence, "--collect", "--format", "srt", "--max-records", "3"}, 1, "more than 3 records"},
+        {{"export", sequence, "--collect", "--format", "srt", "--max-records", "0"}, 2, "--max-records: not a whole"},
     };
     const std::string before = ReadFile(m_dir / "interview.xmp");
     for (const ToolFailure& failure : cases) {
@@ -128,7 +169,7 @@ TEST_F(ExchangeCommands, FailuresExitWithOneLineAndWriteNothing) {
     }
     EXPECT_EQ(ReadFile(m_dir / "interview.xmp"), before);
     EXPECT_FALSE(std::filesystem::exists(m_dir / "out.txt"));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_dir / ""), {}), 5) << "no temporary file left";
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_dir / ""), {}), 6) << "no temporary file left";
 }
 
 }  // namespace

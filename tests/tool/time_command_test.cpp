@@ -101,7 +101,7 @@ TEST(TimeCommand, BadInputAndBadUsageExitWithOneLineSayingWhy) {
         {{"time", "5", "--json", "--csv"}, 2, "--csv"},
         {{"time"}, 2, "TEXT is required"},
         {{}, 2, "A subcommand is required"},
-        {{"frobnicate"}, 2, "subcommand"},
+        {{"frobnicate"}, 2, "unknown command 'frobnicate'; the commands are markers, "},
     };
     for (const FailureCase& c : cases) {
         const ToolResult result = RunTool(c.arguments);

@@ -9,6 +9,8 @@
 #include "CommandList.hpp"
 #include "Documents.hpp"
 #include "FileReport.hpp"
+#include "Options.hpp"
+#include "TimeInput.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {
@@ -33,6 +35,7 @@ struct Part {
 // Only the time of a part is used: a part that names no time is refused
 // rather than read as the whole document.
 Part ParsePartOption(const std::string& option, const std::string& text) {
+    ParseUserPart(text, std::nullopt);
     Part part{};
     std::string path;
     XMPDocOpsTemporal::ParsePart(text.c_str(), &part.start, &part.startRate.numerator, &part.startRate.denominator,
@@ -53,15 +56,15 @@ int RunAddIngredient(const AddIngredientOptions& options) {
         return status;
     }
     return ForEachFile({options.document}, [&](const std::string& file) {
-        SXMPMeta meta = ReadDocument(file);
-        const std::unique_ptr<XMPDocOpsTemporal> document = OpenTemporalDocument(meta);
-        document->AddIngredientXMPTemporal(source, from.start, from.startRate.numerator, from.startRate.denominator,
-                                           from.duration, from.durationRate.numerator, from.durationRate.denominator,
-                                           to.start, to.startRate.numerator, to.startRate.denominator, to.duration,
-                                           to.durationRate.numerator, to.durationRate.denominator,
-                                           options.source.c_str(), "", options.mapping.c_str(), options.maskMarkers);
-        document->PrepareForSave("");
-        WriteDocument(file, meta, options.output);
+        UpdateDocument(file, options.output, [&](SXMPMeta& meta) {
+            const std::unique_ptr<XMPDocOpsTemporal> document = OpenTemporalDocument(meta);
+            document->AddIngredientXMPTemporal(
+                source, from.start, from.startRate.numerator, from.startRate.denominator, from.duration,
+                from.durationRate.numerator, from.durationRate.denominator, to.start, to.startRate.numerator,
+                to.startRate.denominator, to.duration, to.durationRate.numerator, to.durationRate.denominator,
+                options.source.c_str(), "", options.mapping.c_str(), options.maskMarkers);
+            document->PrepareForSave("");
+        });
         std::printf("%s: %s added (%s onto %s, %s%s)\n", options.output.empty() ? file.c_str() : options.output.c_str(),
                     options.source.c_str(), options.fromPart.c_str(), options.toPart.c_str(), options.mapping.c_str(),
                     options.maskMarkers ? ", markers masked" : "");
@@ -81,7 +84,7 @@ CommandEntry AddAddIngredientCommand(CLI::App& app) {
     command->add_option("--mapping", options->mapping, "How the span runs: linear (default) or linear-reversed")
         ->check(CLI::IsMember({"linear", "linear-reversed"}));
     command->add_flag("--mask-markers", options->maskMarkers, "Hide SOURCE's markers from collections");
-    command->add_option("--output", options->output, "Write here and leave DOC as it is");
+    AddOutputOption(*command, options->output, "Write here and leave DOC as it is");
     return {command, [options] { return RunAddIngredient(*options); }};
 }
 

@@ -1,4 +1,4 @@
-// collect FILE... [--start TIME] [--duration TIME] [--mask HEX]: every marker
+// collect FILE... [--start TIME] [--duration TIME] [--mask HEX] [--max-records N]: every marker
 // a composed document shows on its own timeline, its ingredients' at any depth
 // included, each reported back with where it came from.
 
@@ -43,7 +43,7 @@ std::string Field(const XMPTemporalMetadataInfo& info, XMPTemporalMetadataInfo::
 
 FileReport ReportCollection(const std::string& file, const CollectRange& range) {
     const SXMPMeta meta = ReadDocument(file);
-    const Collector collector(range.mask, meta, range.start, range.duration);
+    const Collector collector(range.mask, meta, range.start, range.duration, range.maxRecords);
     FileReport report{Table({{"start", true},
                              {"duration", true},
                              {"form"},

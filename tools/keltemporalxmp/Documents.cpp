@@ -4,11 +4,15 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
 
+#include <xmptoolkit/XMP_PacketLimits.hpp>
+
 #include "Errors.hpp"
+#include "InputFiles.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {
@@ -17,13 +21,6 @@ namespace fs = std::filesystem;
 
 // Below this many files a progress line would only flicker.
 constexpr std::size_t kProgressMinimumFiles = 5;
-
-bool IsSidecar(const std::string& path) {
-    std::string extension = fs::path(path).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return extension == ".xmp";
-}
 
 // A format without a file handler is scanned for its packet, which can then
 // only be rewritten in place, within its padding.
@@ -38,33 +35,60 @@ void OpenXmpFile(SXMPFiles& file, const std::string& path, XMP_OptionBits openFl
     }
 }
 
-void PutInPlace(const std::string& path, const SXMPMeta& meta) {
+bool IsSameFile(const std::string& path, const std::string& output) {
+    std::error_code error;
+    return output == path || fs::equivalent(path, output, error);
+}
+
+// The file stays locked from reading to writing; without `edit` nothing is
+// read and `meta` is written as it is.
+void PutInPlace(const std::string& path, SXMPMeta& meta, const std::function<void(SXMPMeta&)>* edit) {
     SXMPFiles file;
     OpenXmpFile(file, path, kXMPFiles_OpenForUpdate);
+    if (edit != nullptr) {
+        file.GetXMP(&meta);
+        (*edit)(meta);
+    }
     file.PutXMP(meta);
     file.CloseFile(kXMPFiles_UpdateSafely);
 }
 
-// A hidden file next to `output` with the same extension, so that the file
-// handlers recognise it and the final rename stays on one file system.
-fs::path TemporaryBeside(const fs::path& output) {
-    const fs::path directory = output.has_parent_path() ? output.parent_path() : fs::path(".");
-    return directory / ("." + output.stem().string() + ".keltemporalxmp-" + std::to_string(::getpid()) +
-                        output.extension().string());
+// A copy of the media file at `path` with the new XMP replaces `output`.
+void PutIntoCopy(const std::string& path, const SXMPMeta& meta, const std::string& output) {
+    try {
+        SXMPFiles::PutXMPIntoCopy(path.c_str(), output.c_str(), meta);
+    } catch (const XMP_Error& error) {
+        if (error.GetID() != kXMPErr_NoFileHandler) {
+            throw;
+        }
+        SXMPFiles::PutXMPIntoCopy(path.c_str(), output.c_str(), meta, kXMPFiles_OpenUsePacketScanning);
+    }
 }
 
-// The media file is copied and the copy updated; only a complete copy
-// replaces `output`.
-void PutIntoCopy(const std::string& path, const SXMPMeta& meta, const std::string& output) {
-    const fs::path temporary = TemporaryBeside(output);
-    try {
-        fs::copy_file(path, temporary, fs::copy_options::overwrite_existing);
-        PutInPlace(temporary.string(), meta);
-        fs::rename(temporary, output);
-    } catch (...) {
-        std::error_code ignored;
-        fs::remove(temporary, ignored);
-        throw;
+// The toolkit would block on a FIFO and read a device without end.
+void CheckDocumentFile(const std::string& path) {
+    CheckInputFile(path, IsSidecar(path) ? XMP_PacketLimits::kMaxPacketBytes : UINTMAX_MAX);
+}
+
+// With `edit`, the XMP of `path` is read, edited and written; without, `meta`.
+void PutDocument(const std::string& path, const std::string& output, SXMPMeta meta,
+                 const std::function<void(SXMPMeta&)>* edit) {
+    CheckDocumentFile(path);
+    if (output.empty() || IsSameFile(path, output)) {
+        PutInPlace(path, meta, edit);
+        return;
+    }
+    if (!IsSidecar(output) && IsSidecar(path)) {
+        throw UsageError("the XMP of a sidecar can only be written to a sidecar (.xmp), not to " + output);
+    }
+    if (edit != nullptr) {
+        meta = ReadDocument(path);
+        (*edit)(meta);
+    }
+    if (IsSidecar(output)) {
+        PutInPlace(output, meta, nullptr);
+    } else {
+        PutIntoCopy(path, meta, output);
     }
 }
 
@@ -96,7 +120,15 @@ private:
 
 }  // namespace
 
+bool IsSidecar(const std::string& path) {
+    std::string extension = fs::path(path).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension == ".xmp";
+}
+
 SXMPMeta ReadDocument(const std::string& path) {
+    CheckDocumentFile(path);
     SXMPFiles file;
     OpenXmpFile(file, path, kXMPFiles_OpenForRead);
     SXMPMeta meta;
@@ -105,16 +137,12 @@ SXMPMeta ReadDocument(const std::string& path) {
     return meta;
 }
 
+void UpdateDocument(const std::string& path, const std::string& output, const std::function<void(SXMPMeta&)>& edit) {
+    PutDocument(path, output, SXMPMeta(), &edit);
+}
+
 void WriteDocument(const std::string& path, const SXMPMeta& meta, const std::string& output) {
-    const std::string& target = output.empty() ? path : output;
-    if (IsSidecar(target) || target == path) {
-        PutInPlace(target, meta);
-        return;
-    }
-    if (IsSidecar(path)) {
-        throw UsageError("the XMP of a sidecar can only be written to a sidecar (.xmp), not to " + output);
-    }
-    PutIntoCopy(path, meta, output);
+    PutDocument(path, output, meta, nullptr);
 }
 
 int ForEachFile(const std::vector<std::string>& files, const std::function<void(const std::string&)>& action) {

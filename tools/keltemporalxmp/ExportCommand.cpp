@@ -1,6 +1,6 @@
-// export FILE [--format F] [--collect [--start T] [--duration T] [--mask HEX]]
+// export FILE [--format F] [--collect [--start T] [--duration T] [--mask HEX] [--max-records N]]
 // [--only TYPE]... [--exclude TYPE]... [--rate RATE] [--timecode-start TC]
-// [--force] [--output OUT]: FILE's markers, or with --collect its
+// [--force] [--reader R] [--output OUT]: FILE's markers, or with --collect its
 // composition's, in a format other tools read.
 
 #include <unistd.h>
@@ -21,6 +21,7 @@
 #include "Documents.hpp"
 #include "ExchangeFormats.hpp"
 #include "Options.hpp"
+#include "PacketReading.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {
@@ -38,6 +39,7 @@ struct ExportCommandOptions {
     std::string timecodeStart = "00:00:00:00";
     bool force = false;
     std::string output;
+    ReaderChoice reader = ReaderChoice::kFast;
 };
 
 exchange::Rate ExchangeRate(FrameRate rate) {
@@ -52,7 +54,7 @@ bool Passes(const MarkerTypeFilter& filter, const std::string& type) {
 // from its earlier end.
 std::vector<ExchangeMarker> CollectedMarkers(const SXMPMeta& meta, const CollectRange& range,
                                              const MarkerTypeFilter& filter) {
-    const XMPTemporalMetadataCollector collector(range.mask, meta, range.start, range.duration);
+    const XMPTemporalMetadataCollector collector(range.mask, meta, range.start, range.duration, range.maxRecords);
     std::vector<ExchangeMarker> markers;
     for (const auto& [key, info] : collector.GetXMPTemporalMetadataInfoCollection()) {
         if (info.GetInfoForm() == XMPTemporalMetadataInfo::kInfoForm_ComponentMetadataReportback ||
@@ -129,17 +131,17 @@ int RunExport(const ExportCommandOptions& options) {
         options.collect ? std::optional(ParseCollectRange(options.range)) : std::nullopt;
     const kelcore::RefPtr<MarkerTypeFilter> filter = TypeFilter(options.types);
     return ForEachFile({options.file}, [&](const std::string& file) {
-        SXMPMeta meta = ReadDocument(file);
         exchange::ExportOptions exportOptions;
         exportOptions.timecodeStart = options.timecodeStart;
         exportOptions.force = options.force;
         exportOptions.title = fs::path(file).stem().string();
         std::vector<ExchangeMarker> markers;
         if (range) {
+            SXMPMeta meta = ReadDocument(file);
             markers = CollectedMarkers(meta, *range, *filter);
             exportOptions.rate = CompositionRate(meta);
         } else {
-            for (ExchangeMarker& marker : exchange::ReadExchangeMarkers(meta)) {
+            for (ExchangeMarker& marker : exchange::ExchangeMarkersOfTracks(ReadTracks(file, options.reader))) {
                 if (Passes(*filter, marker.type)) {
                     markers.push_back(std::move(marker));
                 }
@@ -169,16 +171,17 @@ CommandEntry AddExportCommand(CLI::App& app) {
         command->add_flag("--collect", options->collect,
                           "The composition's markers, its ingredients' at any depth included, on its timeline");
     AddCollectRangeOptions(*command, options->range);
-    for (const char* name : {"--start", "--duration", "--mask"}) {
+    for (const char* name : {"--start", "--duration", "--mask", "--max-records"}) {
         command->get_option(name)->needs(collect);
     }
     AddTypeOptions(*command, options->types);
+    AddReaderOption(*command, options->reader);
     AddRateOption(*command, "--rate", options->rate,
                   "Frame rate of frame-based formats (default: the markers' track rate; with --collect the "
                   "document's first track rate, else 25)");
     command->add_option("--timecode-start", options->timecodeStart, "Record timecode of time zero in an edl");
     command->add_flag("--force", options->force, "Write youtube chapters even when they break the platform's rules");
-    command->add_option("--output", options->output, "Write here instead of to standard output");
+    AddOutputOption(*command, options->output, "Write here instead of to standard output");
     return {command, [options] { return RunExport(*options); }};
 }
 

@@ -13,6 +13,7 @@
 #include <keltemporalxmp/docops.hpp>
 
 #include "Output.hpp"
+#include "PacketReading.hpp"
 #include "TimeDisplay.hpp"
 
 namespace keltemporalxmp::tool {
@@ -20,6 +21,7 @@ namespace keltemporalxmp::tool {
 struct FileOptions {
     std::vector<std::string> files;
     OutputFormat format = OutputFormat::kTable;
+    ReaderChoice reader = ReaderChoice::kFast;  // for the commands that offer --reader
 };
 
 // FILE... and --json / --csv.

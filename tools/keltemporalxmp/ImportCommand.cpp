@@ -79,8 +79,8 @@ CommandEntry AddImportCommand(CLI::App& app) {
                         "Type of markers from a format without types (default: Chapter for youtube and ffmetadata, "
                         "else Comment)");
     command->add_flag("--merge", options->merge, "Keep the markers already in FILE");
-    command->add_option("--output", options->output,
-                        "Write here (a sidecar, or a copy of a media file) and leave FILE as it is");
+    AddOutputOption(*command, options->output,
+                    "Write here (a sidecar, or a copy of a media file) and leave FILE as it is");
     return {command, [options] { return RunImport(*options); }};
 }
 

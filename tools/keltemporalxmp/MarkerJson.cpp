@@ -1,10 +1,13 @@
 #include "MarkerJson.hpp"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include <kelcore/UTF.hpp>
 
 #include "Errors.hpp"
+#include "InputFiles.hpp"
 #include "TimeInput.hpp"
 
 namespace keltemporalxmp::tool {
@@ -32,6 +35,99 @@ const TextField kTextFields[] = {
 
 std::string Narrow(const UTF16String& text) {
     return kelcore::UTF16to8(text);
+}
+
+// nlohmann keeps a number past INT64_MAX as unsigned; reading it as signed would wrap.
+bool FitsInt64(const JSONValue& number) {
+    return number.is_number_integer() &&
+           !(number.is_number_unsigned() && number.get<std::uint64_t>() > std::uint64_t{INT64_MAX});
+}
+
+std::int64_t Ticks(const JSONValue& number) {
+    if (!FitsInt64(number)) {
+        throw InputError(number.dump() + " ticks is beyond the 64 bits a time can hold");
+    }
+    return number.get<std::int64_t>();
+}
+
+// Where a byte offset lies, counted from 1 as editors do.
+std::string LineAndColumn(std::string_view text, std::size_t offset) {
+    const std::string_view before = text.substr(0, std::min(offset, text.size()));
+    const std::size_t lineStart = before.rfind('\n');
+    const std::size_t line = 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
+    const std::size_t column = before.size() - (lineStart == std::string_view::npos ? 0 : lineStart + 1) + 1;
+    return "line " + std::to_string(line) + ", column " + std::to_string(column);
+}
+
+// The parser's reason without its own position and without the text it last
+// read, which may be any length.
+std::string SyntaxReason(const std::string& message) {
+    const std::size_t dash = message.find(" - ");
+    std::string reason = dash == std::string::npos ? message : message.substr(dash + 3);
+    const std::size_t lastRead = reason.find("; last read: ");
+    if (lastRead != std::string::npos) {
+        const std::size_t expected = reason.rfind("; expected");
+        reason = reason.substr(0, lastRead) +
+                 (expected != std::string::npos && expected > lastRead ? reason.substr(expected) : "");
+    }
+    return reason;
+}
+
+// A first pass that builds nothing: it bounds the nesting before any value is
+// built and places a syntax error by line and column.
+class JsonShapeCheck final : public nlohmann::json_sax<JSONValue> {
+public:
+    explicit JsonShapeCheck(std::string_view text) : m_text(text) {}
+
+    bool null() override { return true; }
+    bool boolean(bool) override { return true; }
+    bool number_integer(number_integer_t) override { return true; }
+    bool number_unsigned(number_unsigned_t) override { return true; }
+    bool number_float(number_float_t, const string_t&) override { return true; }
+    bool string(string_t&) override { return true; }
+    bool binary(binary_t&) override { return true; }
+    bool key(string_t&) override { return true; }
+    bool start_object(std::size_t) override { return Enter(); }
+    bool end_object() override { return Leave(); }
+    bool start_array(std::size_t) override { return Enter(); }
+    bool end_array() override { return Leave(); }
+
+    bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception& error) override {
+        // The position counts the bytes read, the offending one included.
+        m_problem = "not JSON at " + LineAndColumn(m_text, position == 0 ? 0 : position - 1) + ": " +
+                    SyntaxReason(error.what()) + "; correct the text there";
+        return false;
+    }
+
+    const std::string& Problem() const { return m_problem; }
+
+private:
+    bool Enter() {
+        if (++m_depth <= kMaxJsonDepth) {
+            return true;
+        }
+        m_problem = "arrays and objects nested deeper than " + std::to_string(kMaxJsonDepth) +
+                    " levels; markers need no more than 6";
+        return false;
+    }
+    bool Leave() {
+        --m_depth;
+        return true;
+    }
+
+    std::string_view m_text;
+    std::size_t m_depth = 0;
+    std::string m_problem;
+};
+
+void CheckJsonShape(std::string_view text) {
+    if (text.size() > kMaxJsonBytes) {
+        throw InputError("larger than the " + std::to_string(kMaxJsonBytes) + " bytes of JSON the tool reads");
+    }
+    JsonShapeCheck check(text);
+    if (!JSONValue::sax_parse(text, &check)) {
+        throw InputError(check.Problem());
+    }
 }
 
 // Where in the JSON a marker's problem is, for the message.
@@ -79,7 +175,7 @@ private:
         const JSONValue& time = m_marker[member];
         try {
             if (time.is_number_integer()) {
-                return time.get<std::int64_t>();
+                return Ticks(time);
             }
             if (time.is_string()) {
                 const UserTime parsed = ParseUserTime(time.get<std::string>(), m_rate);
@@ -92,7 +188,7 @@ private:
                 return kTimeUnspecified;
             }
             if (time.is_object() && time.contains("ticks") && time["ticks"].is_number_integer()) {
-                return time["ticks"].get<std::int64_t>();
+                return Ticks(time["ticks"]);
             }
             if (time.is_object() && time.contains("seconds") && time["seconds"].is_number()) {
                 return TicksOfSeconds(time["seconds"].get<double>());
@@ -146,17 +242,31 @@ const JSONValue& MarkerArray(const JSONValue& document) {
     throw InputError("expected {\"files\": [...]}, {\"markers\": [...]} or an array of markers");
 }
 
-std::optional<FrameRate> ShownRate(const JSONValue& markers) {
-    for (const JSONValue& marker : markers) {
-        if (marker.is_object() && marker.contains("rate") && marker["rate"].is_object()) {
-            const FrameRate rate{marker["rate"].value("numerator", std::int64_t{0}),
-                                 marker["rate"].value("denominator", std::int64_t{0})};
-            if (IsUsableRate(rate)) {
-                return rate;
-            }
-        }
+std::int64_t RateMember(const JSONValue& rate, const char* member, std::size_t number) {
+    if (!rate.contains(member) || !FitsInt64(rate[member]) || rate[member].get<std::int64_t>() <= 0) {
+        throw InputError("marker " + std::to_string(number) + " \"rate\": \"" + member +
+                         "\" must be a whole number from 1 to 9223372036854775807");
     }
-    return std::nullopt;
+    return rate[member].get<std::int64_t>();
+}
+
+// The first marker's rate; every rate given must be one.
+std::optional<FrameRate> ShownRate(const JSONValue& markers) {
+    std::optional<FrameRate> shown;
+    for (std::size_t i = 0; i < markers.size(); ++i) {
+        const JSONValue& marker = markers[i];
+        if (!marker.is_object() || !marker.contains("rate")) {
+            continue;
+        }
+        if (!marker["rate"].is_object()) {
+            throw InputError("marker " + std::to_string(i + 1) +
+                             " \"rate\": must be {\"numerator\": N, \"denominator\": N}");
+        }
+        const FrameRate rate{RateMember(marker["rate"], "numerator", i + 1),
+                             RateMember(marker["rate"], "denominator", i + 1)};
+        shown = shown.value_or(rate);
+    }
+    return shown;
 }
 
 }  // namespace
@@ -201,6 +311,7 @@ void AddMarkerRow(Table& table, const Marker& marker, std::optional<FrameRate> r
 }
 
 MarkersFromJson ReadMarkersJson(std::string_view text, std::optional<FrameRate> rate) {
+    CheckJsonShape(text);
     const kelcore::JSONValuePtr document = kelcore::JSONParse(text);
     if (document == nullptr) {
         throw InputError("not JSON");
@@ -215,6 +326,10 @@ MarkersFromJson ReadMarkersJson(std::string_view text, std::optional<FrameRate> 
         result.rate = textRate;
     }
     return result;
+}
+
+MarkersFromJson ReadMarkersJsonFile(const std::string& path, std::optional<FrameRate> rate) {
+    return ReadMarkersJson(ReadRegularFile(path, kMaxJsonBytes), rate);
 }
 
 }  // namespace keltemporalxmp::tool

@@ -29,10 +29,20 @@ struct MarkersFromJson {
     std::optional<FrameRate> rate;
 };
 
+// Far deeper than the schema nests (6 levels), and a bound on the work of
+// reading: nothing recursive sees more levels than this.
+inline constexpr std::size_t kMaxJsonDepth = 64;
+// 10,000 markers as `markers --json` prints them take about 6 MB.
+inline constexpr std::size_t kMaxJsonBytes = std::size_t{64} << 20;
+
 // The markers of a document printed by `markers --json` (of exactly one file),
 // of {"markers": [...]}, or of a bare array. A time is a time object (its
 // "ticks", else its "seconds"), a number of ticks, or text as `time` reads it,
-// counted at `rate`. Throws InputError naming the marker and the member.
+// counted at `rate`. Throws InputError naming the marker and the member, or
+// the line and column of a syntax error; deeper or longer text is refused
+// before it is built.
 MarkersFromJson ReadMarkersJson(std::string_view text, std::optional<FrameRate> rate);
+// The same from a regular file.
+MarkersFromJson ReadMarkersJsonFile(const std::string& path, std::optional<FrameRate> rate);
 
 }  // namespace keltemporalxmp::tool

@@ -1,16 +1,15 @@
 #include "MarkerWriting.hpp"
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <set>
 
 #include <keltemporalxmp/docops.hpp>
 
 #include "Documents.hpp"
 #include "Errors.hpp"
+#include "InputFiles.hpp"
+#include "MarkerJson.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {
@@ -58,19 +57,19 @@ std::size_t TypeCount(const MarkerList& markers) {
 }  // namespace
 
 std::string ReadSourceText(const std::string& path) {
-    if (path == "-") {
-        return std::string(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
+    if (path != "-") {
+        return ReadRegularFile(path, kMaxJsonBytes);
     }
-    std::error_code error;
-    if (std::filesystem::is_directory(path, error)) {
-        throw InputError("is a directory");
+    // Standard input has no size to check first: reading stops one byte past the bound.
+    std::string text;
+    char buffer[1 << 16];
+    while (std::cin.read(buffer, sizeof buffer) || std::cin.gcount() > 0) {
+        text.append(buffer, static_cast<std::size_t>(std::cin.gcount()));
+        if (text.size() > kMaxJsonBytes) {
+            throw InputError("larger than the " + std::to_string(kMaxJsonBytes) + " bytes the tool reads from it");
+        }
     }
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        throw InputError("cannot open it");
-    }
-    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad()) {
+    if (std::cin.bad()) {
         throw InputError("cannot read it");
     }
     return text;
@@ -84,15 +83,19 @@ void CheckGivenRate(const MarkersToWrite& markers) {
 
 int WriteMarkersToFile(const std::string& file, const MarkersToWrite& markers, const std::string& output, bool merge) {
     return ForEachFile({file}, [&](const std::string&) {
-        SXMPMeta meta = ReadDocument(file);
         MarkerList all;
-        if (merge) {
-            ReadAllMarkers(meta, all);
-        }
-        all.insert(all.end(), markers.markers.begin(), markers.markers.end());
-        const FrameRate rate = WritingRate(all, markers.givenRate, markers.shownRate);
-        WriteAllMarkers(all, meta, rate.numerator, rate.denominator);
-        WriteDocument(file, meta, output);
+        FrameRate rate;
+        // Read, merged and written under the file's lock, so that a concurrent
+        // writer's markers are neither lost nor merged twice.
+        UpdateDocument(file, output, [&](SXMPMeta& meta) {
+            all.clear();
+            if (merge) {
+                ReadAllMarkers(meta, all);
+            }
+            all.insert(all.end(), markers.markers.begin(), markers.markers.end());
+            rate = WritingRate(all, markers.givenRate, markers.shownRate);
+            WriteAllMarkers(all, meta, rate.numerator, rate.denominator);
+        });
         std::printf("%s: %zu markers in %zu tracks at %s\n", output.empty() ? file.c_str() : output.c_str(), all.size(),
                     TypeCount(all), FrameRateText(rate).c_str());
     });

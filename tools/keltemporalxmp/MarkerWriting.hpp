@@ -18,7 +18,8 @@ struct MarkersToWrite {
     std::optional<FrameRate> shownRate;  // the rate the source counts in, if it says
 };
 
-// The text of a file, or of standard input for "-"; InputError when it cannot be read.
+// The text of a regular file, or of standard input for "-", at most
+// kMaxJsonBytes; InputError when it cannot be read or is larger.
 std::string ReadSourceText(const std::string& path);
 
 // InputError naming the first marker whose time is not a whole frame at the

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include <kelcore/RefCounted.hpp>
 #include <keltemporalxmp/markers.hpp>
 
 #include "CommandList.hpp"
@@ -22,23 +23,47 @@ struct MarkersOptions {
     TypeOptions types;
 };
 
-// ReadAllMarkers gives the markers track by track, each track's in its own
-// order, so the n-th marker lies on the track that holds the n-th record.
-std::vector<std::optional<FrameRate>> MarkerRates(SXMPMeta& meta) {
-    const std::unique_ptr<XMPDocOpsTemporal> document = OpenTemporalDocument(meta);
+// Markers come track by track, each track's in its own order, so the n-th
+// marker lies on the track that holds the n-th record.
+std::vector<std::optional<FrameRate>> MarkerRates(const std::vector<XMPTrack>& tracks) {
     std::vector<std::optional<FrameRate>> rates;
-    for (auto track = document->TrackListIteratorBegin(); track != document->TrackListIteratorEnd(); ++track) {
-        rates.insert(rates.end(), track->GetMarkers().size(), TrackRate(*track));
+    for (const XMPTrack& track : tracks) {
+        rates.insert(rates.end(), track.GetMarkers().size(), TrackRate(track));
     }
     return rates;
 }
 
-FileReport ReportMarkers(const std::string& file, const MarkerTypeFilter& filter) {
-    SXMPMeta meta = ReadDocument(file);
+// JSON as the markers come, one track's markers at a time.
+void WriteMarkersJson(Report& output, const std::string& file, const MarkerTypeFilter& filter, ReaderChoice reader) {
+    const std::vector<XMPTrack> tracks = ReadTracks(file, reader);
+    output.BeginJsonList(file, "markers");
+    for (const XMPTrack& track : tracks) {
+        MarkerList markers;
+        AppendMarkersOfTracks({&track, 1}, markers);
+        const std::optional<FrameRate> rate = TrackRate(track);
+        for (const auto& marker : markers) {
+            if (filter.Validate(marker->GetType())) {
+                output.AddJsonItem(MarkerJson(*marker, rate));
+            }
+        }
+    }
+    output.EndJsonList();
+}
+
+int StreamMarkersJson(const MarkersOptions& options, const MarkerTypeFilter& filter) {
+    Report output(OutputFormat::kJson, "markers", true);
+    const int status = ForEachFile(options.files.files, [&](const std::string& file) {
+        WriteMarkersJson(output, file, filter, options.files.reader);
+    });
+    output.Finish();
+    return status;
+}
+
+FileReport ReportMarkers(const std::string& file, const MarkerTypeFilter& filter, ReaderChoice reader) {
+    const std::vector<XMPTrack> tracks = ReadTracks(file, reader);
     MarkerList markers;
-    ReadAllMarkers(meta, markers);
-    std::vector<std::optional<FrameRate>> rates = MarkerRates(meta);
-    rates.resize(markers.size());
+    AppendMarkersOfTracks(tracks, markers);
+    const std::vector<std::optional<FrameRate>> rates = MarkerRates(tracks);
     FileReport report{MarkerTable(), {}};
     kelcore::JSONValue& list = report.result["markers"] = kelcore::JSONValue::array();
     for (std::size_t i = 0; i < markers.size(); ++i) {
@@ -58,11 +83,16 @@ CommandEntry AddMarkersCommand(CLI::App& app) {
         "markers",
         "List every marker of each file's tracks, times in seconds, frames and timecode at the track's rate");
     AddFileOptions(*command, options->files);
+    AddReaderOption(*command, options->files.reader);
     AddTypeOptions(*command, options->types);
     return {command, [options] {
                 const kelcore::RefPtr<MarkerTypeFilter> filter = TypeFilter(options->types);
-                return ReportOnFiles(options->files, "markers",
-                                     [&](const std::string& file) { return ReportMarkers(file, *filter); });
+                if (options->files.format == OutputFormat::kJson) {
+                    return StreamMarkersJson(*options, *filter);
+                }
+                return ReportOnFiles(options->files, "markers", [&](const std::string& file) {
+                    return ReportMarkers(file, *filter, options->files.reader);
+                });
             }};
 }
 

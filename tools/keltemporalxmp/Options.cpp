@@ -43,6 +43,13 @@ kelcore::RefPtr<MarkerTypeFilter> TypeFilter(const TypeOptions& options) {
     return filter;
 }
 
+void AddOutputOption(CLI::App& command, std::string& output, const std::string& description) {
+    const CLI::Validator notEmpty(
+        [](std::string& text) -> std::string { return text.empty() ? "needs a file name, not an empty one" : ""; },
+        "OUT");
+    command.add_option("--output", output, description)->check(notEmpty);
+}
+
 void AddFileArguments(CLI::App& command, std::vector<std::string>& files) {
     command.add_option("FILE", files, "XMP sidecars (.xmp) or media files")->required();
 }

@@ -31,6 +31,10 @@ void AddTypeOptions(CLI::App& command, TypeOptions& options);
 // Passes every type when neither is given.
 kelcore::RefPtr<MarkerTypeFilter> TypeFilter(const TypeOptions& options);
 
+// --output OUT of a command that writes: not empty (an unset shell variable
+// must not turn into writing FILE in place).
+void AddOutputOption(CLI::App& command, std::string& output, const std::string& description);
+
 // FILE..., at least one.
 void AddFileArguments(CLI::App& command, std::vector<std::string>& files);
 

@@ -92,12 +92,53 @@ void Table::WriteCsv(std::FILE* out, const std::string* file, bool withHeading) 
     }
 }
 
+namespace {
+
+// JSON is written as nlohmann's dump(2) would write the whole document:
+// every piece is dumped alone and indented to where it sits.
+std::string Dumped(const kelcore::JSONValue& value) {
+    return value.dump(2, ' ', false, kelcore::JSONValue::error_handler_t::replace);
+}
+
+void WriteIndented(const std::string& text, std::size_t indent) {
+    const std::string margin(indent, ' ');
+    std::string out;
+    out.reserve(text.size() + indent * 8);
+    out += margin;
+    for (const char c : text) {
+        out += c;
+        if (c == '\n') {
+            out += margin;
+        }
+    }
+    std::fwrite(out.data(), 1, out.size(), stdout);
+}
+
+// An object's members without its closing brace, ready for more.
+std::string OpenObject(const kelcore::JSONValue& object) {
+    std::string text = Dumped(object);
+    text.erase(text.size() - (object.empty() ? 1 : 2));  // "}" or "\n}"
+    return text;
+}
+
+constexpr std::size_t kEntryIndent = 4;  // a file's entry in "files"
+constexpr std::size_t kItemIndent = 8;   // an item of a list in that entry
+
+}  // namespace
+
 Report::Report(OutputFormat format, std::string_view command, bool perFile)
     : m_format(format),
       m_perFile(perFile),
-      m_document({{"tool", "keltemporalxmp"}, {"version", kSchemaVersion}, {"command", command}}) {
-    if (m_perFile) {
-        m_document["files"] = kelcore::JSONValue::array();
+      m_document({{"tool", "keltemporalxmp"}, {"version", kSchemaVersion}, {"command", command}}) {}
+
+// The document's head goes out with the first file, so that a command that
+// stops before any file leaves no half document.
+void Report::BeginFileEntry() {
+    if (m_tablesWritten == 0) {
+        std::fputs(OpenObject(m_document).c_str(), stdout);
+        std::fputs(",\n  \"files\": [\n", stdout);
+    } else {
+        std::fputs(",\n", stdout);
     }
 }
 
@@ -107,7 +148,8 @@ void Report::Add(const std::string& file, const Table& table, kelcore::JSONValue
             if (m_perFile) {
                 kelcore::JSONValue entry = {{"file", file}};
                 entry.update(result);
-                m_document["files"].push_back(std::move(entry));
+                BeginFileEntry();
+                WriteIndented(Dumped(entry), kEntryIndent);
             } else {
                 m_document.update(result);
             }
@@ -126,11 +168,38 @@ void Report::Add(const std::string& file, const Table& table, kelcore::JSONValue
     std::fflush(stdout);
 }
 
+void Report::BeginJsonList(const std::string& file, const std::string& listName) {
+    BeginFileEntry();
+    const kelcore::JSONValue entry = {{"file", file}};
+    WriteIndented(OpenObject(entry) + ",\n  " + kelcore::JSONValue(listName).dump() + ": [", kEntryIndent);
+    m_listItems = 0;
+}
+
+void Report::AddJsonItem(const kelcore::JSONValue& item) {
+    std::fputs(m_listItems == 0 ? "\n" : ",\n", stdout);
+    WriteIndented(Dumped(item), kItemIndent);
+    ++m_listItems;
+}
+
+void Report::EndJsonList() {
+    std::fputs(m_listItems == 0 ? "]\n    }" : "\n      ]\n    }", stdout);
+    ++m_tablesWritten;
+    std::fflush(stdout);
+}
+
 void Report::Finish() {
-    if (m_format == OutputFormat::kJson) {
-        std::printf("%s\n", m_document.dump(2, ' ', false, kelcore::JSONValue::error_handler_t::replace).c_str());
-        std::fflush(stdout);
+    if (m_format != OutputFormat::kJson) {
+        return;
     }
+    if (!m_perFile) {
+        std::printf("%s\n", Dumped(m_document).c_str());
+    } else if (m_tablesWritten == 0) {
+        m_document["files"] = kelcore::JSONValue::array();
+        std::printf("%s\n", Dumped(m_document).c_str());
+    } else {
+        std::fputs("\n  ]\n}\n", stdout);
+    }
+    std::fflush(stdout);
 }
 
 }  // namespace keltemporalxmp::tool

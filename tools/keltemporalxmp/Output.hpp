@@ -36,7 +36,9 @@ private:
 };
 
 // Collects a command's results file by file and writes them in the chosen
-// format: tables and CSV as they come, JSON as one document at the end.
+// format, as they come: tables and CSV, and JSON results that belong to files
+// (one document, written piece by piece). A result without a file is written
+// as one document at the end.
 class Report {
 public:
     // `perFile`: results belong to files (named in the output); otherwise
@@ -45,13 +47,23 @@ public:
 
     // `result` holds the command's members for this file (an object).
     void Add(const std::string& file, const Table& table, kelcore::JSONValue result);
-    // Writes the JSON document; nothing for the other formats.
+
+    // JSON of a file whose last member, the array `listName`, is written item
+    // by item, so that a long list is never whole in memory.
+    void BeginJsonList(const std::string& file, const std::string& listName);
+    void AddJsonItem(const kelcore::JSONValue& item);
+    void EndJsonList();
+
+    // Ends the JSON document; nothing for the other formats.
     void Finish();
 
 private:
+    void BeginFileEntry();
+
     OutputFormat m_format;
     bool m_perFile;
     int m_tablesWritten = 0;
+    int m_listItems = 0;
     kelcore::JSONValue m_document;
 };
 

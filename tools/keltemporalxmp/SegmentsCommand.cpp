@@ -17,9 +17,10 @@ namespace keltemporalxmp::tool {
 namespace {
 
 // Whole frames of frameDuration ticks, rounded to the nearest; none when
-// either is unspecified.
+// either is unspecified, or a frame is not a positive number of ticks (a
+// negative rate stored in the file).
 std::optional<std::int64_t> FramesOf(std::int64_t ticks, std::int64_t frameDuration) {
-    if (ticks == kTimeUnspecified || frameDuration == kTimeUnspecified) {
+    if (ticks == kTimeUnspecified || frameDuration == kTimeUnspecified || frameDuration <= 0) {
         return std::nullopt;
     }
     return std::llround(static_cast<long double>(ticks) / static_cast<long double>(frameDuration));
@@ -41,11 +42,10 @@ kelcore::JSONValue SegmentJson(std::int64_t start, std::int64_t duration, std::i
     return segment;
 }
 
-FileReport ReportSegments(const std::string& file) {
-    const SXMPMeta meta = ReadDocument(file);
+FileReport ReportSegments(const std::string& file, ReaderChoice reader) {
     std::vector<std::pair<std::int64_t, std::int64_t>> segments;
     std::int64_t frameDuration = 0;
-    KELTemporalXMPGetSegmentationMarkers(&meta, &segments, &frameDuration);
+    GetSegmentationMarkersOfTracks(ReadTracks(file, reader), segments, frameDuration);
     const std::string frameCell = frameDuration == kTimeUnspecified ? "-" : std::to_string(frameDuration);
     FileReport report{Table({{"start", true},
                              {"start_frame", true},
@@ -73,7 +73,11 @@ CommandEntry AddSegmentsCommand(CLI::App& app) {
     CLI::App* command = app.add_subcommand(
         "segments", "List the Segmentation markers of the track named Markers, and its frame duration");
     AddFileOptions(*command, *options);
-    return {command, [options] { return ReportOnFiles(*options, "segments", ReportSegments); }};
+    AddReaderOption(*command, options->reader);
+    return {command, [options] {
+                return ReportOnFiles(*options, "segments",
+                                     [&](const std::string& file) { return ReportSegments(file, options->reader); });
+            }};
 }
 
 }  // namespace keltemporalxmp::tool

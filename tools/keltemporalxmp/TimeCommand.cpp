@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include <keltemporalxmp/docops.hpp>
-
 #include "CommandList.hpp"
 #include "Options.hpp"
 #include "TimeInput.hpp"
@@ -31,19 +29,11 @@ bool IsPartString(const std::string& text) {
 }
 
 // Times in a part string without a rate count whole seconds, unless --rate says otherwise.
-std::vector<NamedTime> ReadPart(const std::string& text, std::optional<FrameRate> rate, std::string* path) {
-    FrameRate start = rate.value_or(FrameRate{});
-    FrameRate duration = start;
-    std::int64_t startTicks = 0;
-    std::int64_t durationTicks = 0;
-    XMPDocOpsTemporal::ParsePart(text.c_str(), &startTicks, &start.numerator, &start.denominator, &durationTicks,
-                                 &duration.numerator, &duration.denominator, kTimeUnspecified, path);
-    return {{"start", {startTicks, start}}, {"duration", {durationTicks, duration}}};
-}
-
 std::vector<NamedTime> ReadTimes(const TimeOptions& options, std::string* path) {
     if (IsPartString(options.text)) {
-        return ReadPart(options.text, options.rate, path);
+        UserPart part = ParseUserPart(options.text, options.rate);
+        *path = std::move(part.path);
+        return {{"start", part.start}, {"duration", part.duration}};
     }
     const UserTime time = ParseUserTime(options.text, options.rate);
     return {{"time", time}};
@@ -63,9 +53,6 @@ int RunTime(const TimeOptions& options) {
     }
     kelcore::JSONValue& rows = result["times"] = kelcore::JSONValue::array();
     for (const auto& [name, time] : times) {
-        if (time.rate && !IsUsableRate(*time.rate)) {
-            throw InputError("cannot read '" + options.text + "': a frame rate of zero");
-        }
         table.AddRow({name, std::to_string(time.ticks), SecondsCell(time.ticks),
                       time.rate ? FrameRateText(*time.rate) : "-", FramesCell(time.ticks, time.rate),
                       TimecodeCell(time.ticks, time.rate), XmpCell(time)});

@@ -20,6 +20,9 @@ struct FrameRate {
     friend bool operator==(const FrameRate&, const FrameRate&) = default;
 };
 
+// Products of a tick count and rate members (each below 2^63) are exact in 128 bits.
+__extension__ typedef unsigned __int128 WideUnsigned;
+
 // One frame per tick: holds every tick count exactly.
 inline constexpr FrameRate kTickRate{kTicksPerSecond, 1};
 
@@ -33,13 +36,18 @@ std::string FrameRateText(FrameRate rate);
 bool IsUsableRate(FrameRate rate);
 // 29.97 and 59.94, whose timecode drops labels.
 bool IsDropFrameRate(FrameRate rate);
+// Timecode labels count frames at the whole number of frames per second
+// nearest to the rate, at least 1.
+std::int64_t NominalFramesPerSecond(FrameRate rate);
 
 double Seconds(std::int64_t ticks);
-// Whole frames at the rate, rounded to the nearest.
+// Whole frames at the rate, rounded to the nearest; InputError when the count
+// does not fit 64 bits.
 std::int64_t FrameCount(std::int64_t ticks, FrameRate rate);
 // HH:MM:SS:FF; at 30000/1001 and 60000/1001 drop-frame, written HH:MM:SS;FF.
 std::string Timecode(std::int64_t ticks, FrameRate rate);
-// The frame count with its rate, as XMP stores times: "90f25".
+// The frame count with its rate, as XMP stores times: "90f25"; InputError as
+// for FrameCount.
 std::string XmpTimeText(std::int64_t ticks, FrameRate rate);
 
 // Table cells; "-" where there is nothing to show (no rate, or an unspecified time).

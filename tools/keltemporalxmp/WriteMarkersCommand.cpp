@@ -25,7 +25,7 @@ struct WriteMarkersOptions {
 int RunWriteMarkers(const WriteMarkersOptions& options) {
     MarkersToWrite markers;
     try {
-        MarkersFromJson json = ReadMarkersJson(ReadSourceText(options.from), options.rate);
+        MarkersFromJson json = ReadMarkersJsonFile(options.from, options.rate);
         markers = {std::move(json.markers), options.rate, json.rate};
         CheckGivenRate(markers);
     } catch (const InputError& error) {
@@ -46,8 +46,8 @@ CommandEntry AddWriteMarkersCommand(CLI::App& app) {
     AddRateOption(*command, "--frame-rate", options->rate,
                   "Rate of the tracks written, and of counts and timecode in the JSON; by default the rate the "
                   "markers were shown at when every time is a whole frame there, else ticks");
-    command->add_option("--output", options->output,
-                        "Write here (a sidecar, or a copy of a media file) and leave FILE as it is");
+    AddOutputOption(*command, options->output,
+                    "Write here (a sidecar, or a copy of a media file) and leave FILE as it is");
     return {command, [options] { return RunWriteMarkers(*options); }};
 }
 

@@ -23,5 +23,9 @@ struct FileHandle {
 std::unique_ptr<FileHandle> OpenMediaFile(const std::string& path, XMP_OptionBits openFlags);
 std::unique_ptr<FileHandle> OpenSidecarFile(const std::string& path, XMP_OptionBits openFlags);
 XMP_FileFormat CheckMediaFileFormat(const std::string& path);
+// Replaces (or creates) `destination` by a copy of the media file `source`
+// that carries `packet`; `source` is only read.
+void WriteMediaCopy(const std::string& source, const std::string& destination, const std::string& packet,
+                    XMP_OptionBits openFlags);
 
 }  // namespace xmptoolkit_detail

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <utility>
 
@@ -14,14 +16,15 @@ namespace {
 constexpr XMP_StringPtr kOpen = "TXMPFiles::OpenFile";
 constexpr XMP_StringPtr kClose = "TXMPFiles::CloseFile";
 
-XmpFilePtr OpenToolkitFile(const std::string& path, XMP_OptionBits openFlags) {
+// `shown` names the file in errors.
+XmpFilePtr OpenToolkitFile(const std::string& path, XMP_OptionBits openFlags, const std::string& shown) {
     XmpFilePtr file = nullptr;
-    RequireSuccess(CallToolkit([&] { return (file = xmp_files_new()) != nullptr; }), kOpen, path, kXMPErr_NoMemory);
+    RequireSuccess(CallToolkit([&] { return (file = xmp_files_new()) != nullptr; }), kOpen, shown, kXMPErr_NoMemory);
     const ToolkitOutcome opened =
         CallToolkit([&] { return xmp_files_open(file, path.c_str(), static_cast<XmpOpenFileOptions>(openFlags)); });
     if (!opened.m_succeeded) {
         CallToolkit([&] { return xmp_files_free(file); });
-        RequireSuccess(opened, kOpen, path, kXMPErr_BadFileFormat);
+        RequireSuccess(opened, kOpen, shown, kXMPErr_BadFileFormat);
     }
     return file;
 }
@@ -46,10 +49,17 @@ void PutAndClose(XmpFilePtr file, const std::string& packet, const std::string& 
 // Opened for update, the toolkit pads a truncated file with zeros as soon as
 // it reads it, while opening it for reading refuses it; so a file is first
 // opened for reading, and only a file that passes is opened for update.
-XmpFilePtr OpenCheckedToolkitFile(const std::string& path, XMP_OptionBits openFlags) {
+XmpFilePtr OpenCheckedToolkitFile(const std::string& path, XMP_OptionBits openFlags, const std::string& shown) {
     if ((openFlags & kXMPFiles_OpenForUpdate) != 0)
-        ReleaseToolkitFile(OpenToolkitFile(path, (openFlags & ~kXMPFiles_OpenForUpdate) | kXMPFiles_OpenForRead));
-    return OpenToolkitFile(path, openFlags);
+        ReleaseToolkitFile(
+            OpenToolkitFile(path, (openFlags & ~kXMPFiles_OpenForUpdate) | kXMPFiles_OpenForRead, shown));
+    return OpenToolkitFile(path, openFlags, shown);
+}
+
+// The toolkit fails on some relative paths (a one-letter folder), so it is
+// only ever given absolute, normalised ones.
+std::string ToolkitPath(const std::string& path) {
+    return std::filesystem::absolute(path).lexically_normal().string();
 }
 
 // A put is held back until CloseFile, so a file that is closed without writing
@@ -58,7 +68,10 @@ XmpFilePtr OpenCheckedToolkitFile(const std::string& path, XMP_OptionBits openFl
 class MediaFile final : public FileHandle {
 public:
     MediaFile(const std::string& path, XMP_OptionBits openFlags)
-        : m_path(path), m_openFlags(openFlags), m_file(OpenCheckedToolkitFile(path, openFlags)) {}
+        : m_path(path),
+          m_toolkitPath(ToolkitPath(path)),
+          m_openFlags(openFlags),
+          m_file(OpenCheckedToolkitFile(m_toolkitPath, openFlags, path)) {}
 
     ~MediaFile() override {
         if (m_file != nullptr) ReleaseToolkitFile(m_file);
@@ -95,21 +108,41 @@ public:
         XmpFilePtr file = std::exchange(m_file, nullptr);
         if (!safely) return PutAndClose(file, packet, m_path);
         ReleaseToolkitFile(file);
-        ReplaceFileSafely(m_path, [&](const std::string& tempPath) {
-            std::error_code error;
-            std::filesystem::copy_file(m_path, tempPath, std::filesystem::copy_options::overwrite_existing, error);
-            if (error) RaiseError(kXMPErr_ExternalFailure, kClose, m_path, "cannot copy the file: " + error.message());
-            PutAndClose(OpenToolkitFile(tempPath, m_openFlags), packet, m_path);
-        });
+        WriteMediaCopy(m_path, m_path, packet, m_openFlags);
     }
 
 private:
     std::string m_path;
+    std::string m_toolkitPath;
     XMP_OptionBits m_openFlags;
     XmpFilePtr m_file;
 };
 
+// Narrows the process's umask for as long as it lives.
+class PrivateFilesOnly {
+public:
+    PrivateFilesOnly() : m_previous(::umask(077)) {}
+    ~PrivateFilesOnly() { ::umask(m_previous); }
+    PrivateFilesOnly(const PrivateFilesOnly&) = delete;
+    PrivateFilesOnly& operator=(const PrivateFilesOnly&) = delete;
+
+private:
+    mode_t m_previous;
+};
+
 }  // namespace
+
+void WriteMediaCopy(const std::string& source, const std::string& destination, const std::string& packet,
+                    XMP_OptionBits openFlags) {
+    ReplaceFileSafely(destination, [&](ReplacementFile& copy) {
+        copy.AppendFileContent(source);
+        // Some handlers rewrite the copy through files of their own: those
+        // too stay private until the copy is complete.
+        const PrivateFilesOnly privateFiles;
+        PutAndClose(OpenToolkitFile(copy.TemporaryPath(), openFlags | kXMPFiles_OpenForUpdate, destination), packet,
+                    destination);
+    });
+}
 
 std::unique_ptr<FileHandle> OpenMediaFile(const std::string& path, XMP_OptionBits openFlags) {
     const bool scanForPacket = (openFlags & kXMPFiles_OpenUsePacketScanning) != 0;
@@ -121,7 +154,7 @@ std::unique_ptr<FileHandle> OpenMediaFile(const std::string& path, XMP_OptionBit
 XMP_FileFormat CheckMediaFileFormat(const std::string& path) {
     XMP_FileFormat format = kXMP_UnknownFile;
     CallToolkit([&] {
-        format = xmp_files_check_file_format(path.c_str());
+        format = xmp_files_check_file_format(ToolkitPath(path).c_str());
         return true;
     });
     return format;

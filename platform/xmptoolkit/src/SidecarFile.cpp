@@ -37,12 +37,7 @@ public:
 
     // Always through a temporary file: a sidecar is small.
     void WriteAndRelease(const std::string& packet, bool) override {
-        ReplaceFileSafely(m_path, [&](const std::string& tempPath) {
-            std::ofstream out(tempPath, std::ios::binary | std::ios::trunc);
-            out.write(packet.data(), static_cast<std::streamsize>(packet.size()));
-            out.close();
-            if (!out) RaiseError(kXMPErr_ExternalFailure, "TXMPFiles::CloseFile", m_path, "cannot write");
-        });
+        ReplaceFileSafely(m_path, [&](ReplacementFile& file) { file.Append(packet.data(), packet.size()); });
     }
 
 private:

@@ -11,6 +11,12 @@
 // XMP_Error naming the operation and the file: kXMPErr_NoFile for a missing
 // file, kXMPErr_NoFileHandler for a format without a handler (unless packet
 // scanning is asked for).
+//
+// Opening for update refuses a read-only file (kXMPErr_FilePermission) and
+// holds an exclusive advisory lock on the file until it is closed, so that
+// a read-modify-write by several processes loses no update; a waiter gives up
+// after 10 seconds (KELTEMPORALXMP_LOCK_TIMEOUT, in seconds, changes that).
+// A safe update replaces the file by a complete new one (see PutXMPIntoCopy).
 
 #include <memory>
 #include <optional>
@@ -20,7 +26,8 @@
 
 namespace xmptoolkit_detail {
 struct FileHandle;
-}
+class FileLock;
+}  // namespace xmptoolkit_detail
 
 template <class tStringObj>
 class TXMPFiles {
@@ -40,9 +47,20 @@ public:
 
     static XMP_FileFormat CheckFileFormat(XMP_StringPtr filePath);
 
+    // Writes a copy of the media file at sourcePath that carries xmpObj to
+    // destinationPath, which is replaced (or created) only once the copy is
+    // complete and on disk; sourcePath is only read. The copy is created
+    // exclusively under an unpredictable name beside the destination; a
+    // symbolic link at the destination has its target replaced; the
+    // destination's mode, owner and extended attributes are kept; a
+    // destination with several hard links is refused.
+    static void PutXMPIntoCopy(XMP_StringPtr sourcePath, XMP_StringPtr destinationPath,
+                               const TXMPMeta<tStringObj>& xmpObj, XMP_OptionBits openFlags = 0);
+
 private:
     void RequireOpenFile(XMP_StringPtr operation) const;
 
+    std::unique_ptr<xmptoolkit_detail::FileLock> m_lock;  // while open for update
     std::unique_ptr<xmptoolkit_detail::FileHandle> m_file;
     tStringObj m_path;
     bool m_forUpdate = false;

@@ -96,6 +96,8 @@ inline constexpr XMP_OptionBits kXMPTemplate_ClearUnnamedProperties = 0x0010UL;
 
 // Media files.
 inline constexpr XMP_FileFormat kXMP_UnknownFile = 0x20202020UL;
+inline constexpr XMP_FileFormat kXMP_JPEGFile = 0x4A504547UL;  // 'JPEG'
+
 inline constexpr XMP_OptionBits kXMPFiles_OpenForRead = 0x00000001UL;
 inline constexpr XMP_OptionBits kXMPFiles_OpenForUpdate = 0x00000002UL;
 inline constexpr XMP_OptionBits kXMPFiles_OpenOnlyXMP = 0x00000004UL;

@@ -1,0 +1,21 @@
+// A packet through both readers: wherever the streaming reader answers, its
+// answer is the toolkit's, record by record or error by error, and feeding
+// the packet in pieces changes nothing.
+
+#include "FuzzInput.hpp"
+#include "TrackAnswers.hpp"
+
+using namespace keltemporalxmp;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view packet(reinterpret_cast<const char*>(data), size);
+    const fuzz::Answer stream = fuzz::StreamAnswer(packet);
+    const fuzz::Answer pieces = fuzz::StreamAnswer(packet, 1 + size % 61);
+    if (pieces.handedOver != stream.handedOver || pieces.text != stream.text) {
+        __builtin_trap();
+    }
+    if (!stream.handedOver && stream.text != fuzz::ToolkitAnswer(packet).text) {
+        __builtin_trap();
+    }
+    return 0;
+}

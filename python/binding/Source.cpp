@@ -1,0 +1,184 @@
+#include "Source.hpp"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+#include <xmptoolkit/XMP_PacketLimits.hpp>
+
+#include "Errors.hpp"
+
+namespace keltemporalxmp::python {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string TypeName(py::handle object) {
+    return Py_TYPE(object.ptr())->tp_name;
+}
+
+// A strided view (memoryview(data)[::-1]) is refused: it is not the packet's bytes in order.
+std::string BytesOf(py::handle object) {
+    Py_buffer view{};
+    if (PyObject_GetBuffer(object.ptr(), &view, PyBUF_SIMPLE) != 0) {
+        PyErr_Clear();
+        throw ArgumentTypeError("an XMP packet must be bytes or a contiguous buffer of them");
+    }
+    std::string bytes(static_cast<const char*>(view.buf), static_cast<std::size_t>(view.len));
+    PyBuffer_Release(&view);
+    return bytes;
+}
+
+[[noreturn]] void FailWithErrno(const std::string& path) {
+    const int number = errno;
+    throw FileError(number, path, std::strerror(number));
+}
+
+bool IsSidecar(const std::string& path) {
+    std::string extension = fs::path(path).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension == ".xmp";
+}
+
+// Checked before the toolkit sees the file: a FIFO or a device would block
+// or stream without end, and the errno gives the right OSError.
+void RequireRegularFile(const std::string& path, int access) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) {
+        FailWithErrno(path);
+    }
+    if (S_ISDIR(info.st_mode)) {
+        throw FileError(EISDIR, path, std::strerror(EISDIR));
+    }
+    if (!S_ISREG(info.st_mode)) {
+        throw FileError(EINVAL, path, "not a regular file");
+    }
+    if (::access(path.c_str(), access) != 0) {
+        FailWithErrno(path);
+    }
+}
+
+// Writing replaces files by renaming a complete new one into place.
+void RequireWritableDirectoryOf(const std::string& path) {
+    const fs::path parent = fs::path(path).parent_path();
+    const std::string directory = parent.empty() ? "." : parent.string();
+    if (::access(directory.c_str(), W_OK) != 0) {
+        FailWithErrno(directory);
+    }
+}
+
+// A format without a file handler is scanned for its packet.
+void OpenXmpFile(SXMPFiles& file, const std::string& path, XMP_OptionBits openFlags) {
+    try {
+        file.OpenFile(path.c_str(), kXMP_UnknownFile, openFlags);
+    } catch (const XMP_Error& error) {
+        if (error.GetID() != kXMPErr_NoFileHandler) {
+            throw;
+        }
+        file.OpenFile(path.c_str(), kXMP_UnknownFile, openFlags | kXMPFiles_OpenUsePacketScanning);
+    }
+}
+
+void PutInPlace(const std::string& path, const SXMPMeta& meta) {
+    SXMPFiles file;
+    OpenXmpFile(file, path, kXMPFiles_OpenForUpdate);
+    file.PutXMP(meta);
+    file.CloseFile(kXMPFiles_UpdateSafely);
+}
+
+// Hidden beside the output with its extension, so the file handlers know it
+// and the rename stays on one file system.
+fs::path TemporaryBeside(const fs::path& output) {
+    const fs::path directory = output.has_parent_path() ? output.parent_path() : fs::path(".");
+    return directory / ("." + output.stem().string() + ".keltemporalxmp-" + std::to_string(::getpid()) +
+                        output.extension().string());
+}
+
+void PutIntoCopy(const std::string& path, const SXMPMeta& meta, const std::string& output) {
+    const fs::path temporary = TemporaryBeside(output);
+    try {
+        fs::copy_file(path, temporary, fs::copy_options::overwrite_existing);
+        PutInPlace(temporary.string(), meta);
+        fs::rename(temporary, output);
+    } catch (const fs::filesystem_error& error) {
+        std::error_code ignored;
+        fs::remove(temporary, ignored);
+        throw FileError(error.code().value(), output, error.code().message());
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove(temporary, ignored);
+        throw;
+    }
+}
+
+}  // namespace
+
+std::string PathFrom(py::handle path, const char* argument) {
+    if (!PyUnicode_Check(path.ptr()) && PyObject_HasAttrString(path.ptr(), "__fspath__") == 0) {
+        throw ArgumentTypeError(std::string(argument) + " must be a path (str or os.PathLike), not " + TypeName(path));
+    }
+    const py::object encoded = py::module_::import("os").attr("fsencode")(path);
+    std::string text = encoded.cast<std::string>();
+    if (text.find('\0') != std::string::npos) {
+        throw ArgumentError(std::string(argument) + ": embedded null byte");
+    }
+    if (text.empty()) {
+        throw ArgumentError(std::string(argument) + " is empty");
+    }
+    return text;
+}
+
+Source SourceFrom(py::handle source) {
+    if (PyBytes_Check(source.ptr()) || PyByteArray_Check(source.ptr()) || PyMemoryView_Check(source.ptr())) {
+        Source result{true, {}, BytesOf(source)};
+        if (result.packet.size() > XMP_PacketLimits::kMaxPacketBytes) {
+            throw ArgumentError("the XMP packet is larger than " + std::to_string(XMP_PacketLimits::kMaxPacketBytes) +
+                                " bytes");
+        }
+        return result;
+    }
+    if (!PyUnicode_Check(source.ptr()) && PyObject_HasAttrString(source.ptr(), "__fspath__") == 0) {
+        throw ArgumentTypeError("source must be a path (str or os.PathLike) or an XMP packet (bytes), not " +
+                                TypeName(source));
+    }
+    return Source{false, PathFrom(source, "source"), {}};
+}
+
+SXMPMeta LoadSource(const Source& source) {
+    if (source.isPacket) {
+        return SXMPMeta(source.packet.data(), static_cast<XMP_StringLen>(source.packet.size()));
+    }
+    RequireRegularFile(source.path, R_OK);
+    SXMPFiles file;
+    OpenXmpFile(file, source.path, kXMPFiles_OpenForRead);
+    SXMPMeta meta;
+    file.GetXMP(&meta);
+    file.CloseFile();
+    return meta;
+}
+
+void StoreDocument(const std::string& path, const SXMPMeta& meta, const std::string& output) {
+    const std::string& target = output.empty() ? path : output;
+    if (target == path) {
+        RequireRegularFile(path, W_OK);
+    }
+    RequireWritableDirectoryOf(target);
+    if (IsSidecar(target) || target == path) {
+        PutInPlace(target, meta);
+        return;
+    }
+    if (IsSidecar(path)) {
+        throw ArgumentError("the XMP of a sidecar can only be written to a sidecar (.xmp), not to " + output);
+    }
+    PutIntoCopy(path, meta, output);
+}
+
+}  // namespace keltemporalxmp::python

@@ -1,0 +1,33 @@
+#pragma once
+// Where a function's XMP comes from (a sidecar or media file, or a packet
+// given as bytes) and where written XMP goes. Taking the argument apart needs
+// the GIL; loading and storing do not, and run without it.
+
+#include <string>
+
+#include <xmptoolkit/XMP.hpp>
+
+#include "Bindings.hpp"
+
+namespace keltemporalxmp::python {
+
+struct Source {
+    bool isPacket = false;
+    std::string path;  // file-system encoding, as os.fsencode gives it
+    std::string packet;
+};
+
+// bytes, bytearray or memoryview: a packet; str or os.PathLike: a path.
+Source SourceFrom(py::handle source);
+// str or os.PathLike only; `argument` names it in the error.
+std::string PathFrom(py::handle path, const char* argument);
+
+// Empty metadata for a file without XMP.
+SXMPMeta LoadSource(const Source& source);
+
+// Puts meta into the file at path, or into output when that is not empty (a
+// sidecar, or a copy of the media file at path); every existing file stays as
+// it was when this fails.
+void StoreDocument(const std::string& path, const SXMPMeta& meta, const std::string& output);
+
+}  // namespace keltemporalxmp::python
