@@ -13,6 +13,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <kelmediatypes/TickTime.hpp>
 #include <keltemporalxmp/collector.hpp>
 #include <keltemporalxmp/docops.hpp>
 
@@ -24,7 +25,7 @@ using keltemporalxmp::XMPTemporalMetadataCollector;
 using keltemporalxmp::XMPTemporalMetadataInfo;
 using keltemporalxmp::XMPTrack;
 
-constexpr std::int64_t kSecond = 254016000000;
+constexpr std::int64_t kSecond = kelmediatypes::TickTime::kTicksPerSecond;
 constexpr int kFanOut = 10;
 constexpr int kLevels = 3;
 

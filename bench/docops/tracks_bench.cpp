@@ -10,6 +10,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <kelmediatypes/TickTime.hpp>
 #include <keltemporalxmp/docops.hpp>
 
 namespace {
@@ -20,7 +21,7 @@ using keltemporalxmp::XMPTemporalMetadataInfo;
 using keltemporalxmp::XMPTrack;
 
 constexpr std::int64_t kFrameRate = 25;
-constexpr std::int64_t kTicksPerFrame = 254016000000 / kFrameRate;
+constexpr std::int64_t kTicksPerFrame = kelmediatypes::TickTime::kTicksPerSecond / kFrameRate;
 constexpr std::int64_t kDurationFrames = 25;
 
 // The baseline's input: the same marker without records.

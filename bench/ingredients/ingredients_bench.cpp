@@ -12,6 +12,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <kelmediatypes/TickTime.hpp>
 #include <keltemporalxmp/docops.hpp>
 
 namespace {
@@ -20,7 +21,7 @@ using keltemporalxmp::XMPDocOpsTemporal;
 using keltemporalxmp::XMPTemporalMetadataInfo;
 using keltemporalxmp::XMPTrack;
 
-constexpr std::int64_t kSecond = 254016000000;
+constexpr std::int64_t kSecond = kelmediatypes::TickTime::kTicksPerSecond;
 constexpr const char* kBenchNS = "http://example.com/ns/bench/";
 
 std::string Numbered(const char* prefix, int number) {

@@ -10,6 +10,7 @@
 #include <benchmark/benchmark.h>
 
 #include <kelcore/UTF.hpp>
+#include <kelmediatypes/TickTime.hpp>
 #include <keltemporalxmp/docops.hpp>
 #include <keltemporalxmp/markers.hpp>
 
@@ -23,7 +24,7 @@ using keltemporalxmp::XMPTemporalMetadataInfo;
 using keltemporalxmp::XMPTrack;
 
 constexpr std::int64_t kFrameRate = 25;
-constexpr std::int64_t kTicksPerFrame = 254016000000 / kFrameRate;
+constexpr std::int64_t kTicksPerFrame = kelmediatypes::TickTime::kTicksPerSecond / kFrameRate;
 constexpr std::int64_t kMarkerCount = 10000;
 const char* const kTypes[] = {"Chapter", "Comment", "Cue", "Speech", "WebLink"};
 constexpr std::int64_t kTypeCount = sizeof kTypes / sizeof kTypes[0];

@@ -11,6 +11,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <kelmediatypes/TickTime.hpp>
 #include <keltemporalxmp/docops.hpp>
 
 #include "AllocationCounter.hpp"
@@ -19,7 +20,7 @@ namespace {
 
 using keltemporalxmp::XMPDocOpsTemporal;
 
-constexpr std::int64_t kTicks = 254016000000;
+constexpr std::int64_t kTicks = kelmediatypes::TickTime::kTicksPerSecond;
 
 template <class Work>
 void RunCountingAllocations(benchmark::State& state, Work work) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <map>
 
+#include <keltemporalxmp/export.hpp>
 #include <keltemporalxmp/records.hpp>
 #include <xmptoolkit/XMP.hpp>
 
@@ -40,7 +41,7 @@ namespace keltemporalxmp {
 // record of that bound; past any of these the same error names the bound.
 //
 // One thread at a time.
-class XMPTemporalMetadataCollector {
+class KELTXMP_API XMPTemporalMetadataCollector {
 public:
     enum _collectionMaskEnum : unsigned char {
         // A "Base Document" component-metadata record for the document itself.

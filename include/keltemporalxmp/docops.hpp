@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include <keltemporalxmp/export.hpp>
 #include <keltemporalxmp/records.hpp>
 #include <xmptoolkit/XMP.hpp>
 
@@ -20,7 +21,7 @@ namespace keltemporalxmp {
 // One ingredient of a composed document: a span of a source document (the
 // from-part) used at a place of this document (the to-part). Text only; the
 // parts are part strings (ParsePart reads them).
-class XMP_internalIngredient {
+class KELTXMP_API XMP_internalIngredient {
 public:
     enum _ingredientFieldEnum : std::int32_t {
         kIngredientFieldKey = 1,  // never written to XMP
@@ -68,7 +69,7 @@ public:
     void debug_Dump() const;
 
 private:
-    static std::string XMP_internalIngredient::*FieldMember(_ingredientFieldEnum field);
+    KELTXMP_LOCAL static std::string XMP_internalIngredient::*FieldMember(_ingredientFieldEnum field);
 
     std::string m_IngredientKey;
     std::string m_instanceID;
@@ -98,7 +99,7 @@ private:
 // shares (does not copy) the document it names: the entry's document itself
 // when the index is 0, otherwise a document in whose own xmpMM:Pantry the
 // entry's document is item number m_SourcePantryIndex.
-class XMP_internalPantryEntry {
+class KELTXMP_API XMP_internalPantryEntry {
 public:
     XMP_internalPantryEntry(std::string key, const SXMPMeta& sourceXMPMeta, std::int32_t sourcePantryIndex)
         : m_PantryEntryKey(std::move(key)), m_SourceXMPMeta(sourceXMPMeta), m_SourcePantryIndex(sourcePantryIndex) {}
@@ -114,7 +115,7 @@ public:
 // document's track list in memory between opening and saving. The list is
 // read from the XMP at its first use and written back only by PrepareForSave.
 // One thread at a time.
-class XMPDocOpsTemporal {
+class KELTXMP_API XMPDocOpsTemporal {
 public:
     using TrackList = std::vector<XMPTrack>;
 
@@ -187,7 +188,7 @@ public:
 
     // --- Time strings -------------------------------------------------------
     // Stateless. Times are signed tick counts; the library always passes
-    // 254016000000 ticks per second. Malformed numbers read as 0 and missing
+    // TickTime::kTicksPerSecond (254016000000). Malformed numbers read as 0 and missing
     // pieces fall back to defaults, but a rate that would be divided by is
     // checked: a zero numerator (and, when writing, a zero denominator) or a
     // tick rate below 1 raises XMP_Error kXMPErr_BadValue naming the rate.
@@ -321,14 +322,14 @@ public:
 
 private:
     // Reads the track list from the metadata, once.
-    void CacheTrackList();
+    KELTXMP_LOCAL void CacheTrackList();
     // PrepareForSave's first part: every changed list, in a fixed order.
-    void WriteChangedLists();
-    void WriteTrackList();
+    KELTXMP_LOCAL void WriteChangedLists();
+    KELTXMP_LOCAL void WriteTrackList();
     // The ingredient list and the pantry are written after the tracks, in this
     // order; each writer lives beside its list.
-    void WriteIngredientList();
-    void WritePantry();
+    KELTXMP_LOCAL void WriteIngredientList();
+    KELTXMP_LOCAL void WritePantry();
 
     bool m_hasTrackDataChanged = false;
     bool m_hasIngredientDataChanged = false;
@@ -341,19 +342,19 @@ private:
     std::unique_ptr<SXMPMeta> m_xmpMetaPtr;
 
     // --- Ingredients and the pantry -------------------------------------------
-    void CacheIngredientList();
-    void CachePantry();
-    void CacheIngredientsAndPantry();
+    KELTXMP_LOCAL void CacheIngredientList();
+    KELTXMP_LOCAL void CachePantry();
+    KELTXMP_LOCAL void CacheIngredientsAndPantry();
     // What every add comes down to: fields 2..21 of `ingredient` as the caller
     // gave them; the rest is filled in from the ingredient's document.
-    void AddIngredient(const SXMPMeta& ingredientXMP, XMP_internalIngredient ingredient, bool maskMarkers,
-                       bool flattenNested);
-    void AddNestedIngredients(const SXMPMeta& ingredientXMP, const XMP_internalIngredient& ingredient);
+    KELTXMP_LOCAL void AddIngredient(const SXMPMeta& ingredientXMP, XMP_internalIngredient ingredient, bool maskMarkers,
+                                     bool flattenNested);
+    KELTXMP_LOCAL void AddNestedIngredients(const SXMPMeta& ingredientXMP, const XMP_internalIngredient& ingredient);
     // The document and the documents of its own pantry; an instance ID that
     // is there already keeps its entry.
-    void AddToPantry(const SXMPMeta& document);
-    void ErasePantry();
-    SXMPMeta& MetaToWrite() const;
+    KELTXMP_LOCAL void AddToPantry(const SXMPMeta& document);
+    KELTXMP_LOCAL void ErasePantry();
+    KELTXMP_LOCAL SXMPMeta& MetaToWrite() const;
 
     IngredientList m_ingredients;
     PantryList m_pantry;

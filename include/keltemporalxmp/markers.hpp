@@ -17,6 +17,7 @@
 #include <kelcore/RefCounted.hpp>
 #include <kelcore/Strings.hpp>
 #include <kelmediatypes/TickTime.hpp>
+#include <keltemporalxmp/export.hpp>
 #include <keltemporalxmp/records.hpp>
 #include <xmptoolkit/XMP.hpp>
 
@@ -31,7 +32,7 @@ struct CustomMarkerParam {
 
 using CustomMarkerParamList = std::vector<CustomMarkerParam, kelcore::STLAllocator<CustomMarkerParam>>;
 
-class Marker {
+class KELTXMP_API Marker {
 public:
     // A fresh GUID; the marker ID is its text.
     Marker();
@@ -89,7 +90,7 @@ protected:
     void AttachExtension(std::shared_ptr<void> extension) { m_extension = std::move(extension); }
 
 private:
-    void TakeFreshIdentity();
+    KELTXMP_LOCAL void TakeFreshIdentity();
 
     kelcore::Guid m_guid;
     std::string m_markerID;
@@ -115,9 +116,9 @@ using MarkerTypeSet = std::set<UTF16String, std::less<UTF16String>, kelcore::STL
 // Every operation holds the filter's lock for its whole duration, so one
 // filter may be shared between threads. Create it with new (it starts with
 // one reference) or kelcore::MakeRefCounted.
-class MarkerTypeFilter : public kelcore::RefCountedImplementation,
-                         public kelcore::RefCountedInterface,
-                         public kelcore::Allocated<MarkerTypeFilter> {
+class KELTXMP_API MarkerTypeFilter : public kelcore::RefCountedImplementation,
+                                     public kelcore::RefCountedInterface,
+                                     public kelcore::Allocated<MarkerTypeFilter> {
 public:
     MarkerTypeFilter() = default;
     ~MarkerTypeFilter() override = default;
@@ -153,23 +154,23 @@ using MarkerList = std::vector<std::shared_ptr<Marker>, kelcore::STLAllocator<st
 // track's in ascending start time. A marker without a type of its own takes
 // its track's type; keywords come back as cue points. Entries already in
 // `markers` stay.
-void ReadAllMarkers(TXMPMeta<std::string>& meta, MarkerList& markers);
+KELTXMP_API void ReadAllMarkers(TXMPMeta<std::string>& meta, MarkerList& markers);
 
 // The same from tracks already read (XMPDocOpsTemporal's, or StreamReadTracks').
-void AppendMarkersOfTracks(std::span<const XMPTrack> tracks, MarkerList& markers);
+KELTXMP_API void AppendMarkersOfTracks(std::span<const XMPTrack> tracks, MarkerList& markers);
 
 // What KELTemporalXMPGetSegmentationMarkers gives, from tracks already read.
-void GetSegmentationMarkersOfTracks(std::span<const XMPTrack> tracks,
-                                    std::vector<std::pair<std::int64_t, std::int64_t>>& segments,
-                                    std::int64_t& frameDuration);
+KELTXMP_API void GetSegmentationMarkersOfTracks(std::span<const XMPTrack> tracks,
+                                                std::vector<std::pair<std::int64_t, std::int64_t>>& segments,
+                                                std::int64_t& frameDuration);
 
 // Replaces every track of meta by one track per marker type, in ascending
 // type order, named and typed by the type's UTF-8 text and running at the
 // given frame rate; markers of a track are in ascending start time, ties in
 // input order. The metadata is then prepared for saving, with the change noted
 // on the Dynamic Media part of the metadata. An empty list removes all tracks.
-void WriteAllMarkers(const MarkerList& markers, TXMPMeta<std::string>& meta, std::int64_t frameRateNumerator,
-                     std::int64_t frameRateDenominator);
+KELTXMP_API void WriteAllMarkers(const MarkerList& markers, TXMPMeta<std::string>& meta,
+                                 std::int64_t frameRateNumerator, std::int64_t frameRateDenominator);
 
 }  // namespace keltemporalxmp
 
@@ -179,6 +180,6 @@ void WriteAllMarkers(const MarkerList& markers, TXMPMeta<std::string>& meta, std
 // when there is no such track (or a null meta) or the frame is shorter than a
 // tick. Reads only. A zero frame-rate numerator raises XMP_Error
 // kXMPErr_BadValue naming the rate; null outputs raise kXMPErr_BadParam.
-extern "C" [[gnu::visibility("default")]] void KELTemporalXMPGetSegmentationMarkers(
+extern "C" KELTXMP_API void KELTemporalXMPGetSegmentationMarkers(
     const TXMPMeta<std::string>* meta, std::vector<std::pair<std::int64_t, std::int64_t>>* segments,
     std::int64_t* frameDuration);

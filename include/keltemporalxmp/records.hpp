@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include <keltemporalxmp/export.hpp>
+
 namespace keltemporalxmp {
 
 namespace [[gnu::visibility("hidden")]] collector {
@@ -18,7 +20,7 @@ class Walk;
 // Null text arguments of the constructors and setters below raise XMP_Error
 // kXMPErr_BadParam (the marker ID alone may be null).
 
-class XMPCuePointParam {
+class KELTXMP_API XMPCuePointParam {
 public:
     XMPCuePointParam(const char* key, const char* value);
 
@@ -38,7 +40,7 @@ private:
 // A keyword travels in XMP as a cue point parameter whose key is
 // kKeywordExtKELPrefixV1 followed by the keyword's id, and whose value is JSON.
 
-class XMPKELTagDescription {
+class KELTXMP_API XMPKELTagDescription {
 public:
     std::string m_Payload;
     std::int32_t m_ARGBColor = 0;  // 0: no colour
@@ -47,14 +49,14 @@ public:
     void debug_Dump() const;
 };
 
-class XMPKeywordExtension {
+class KELTXMP_API XMPKeywordExtension {
 public:
     XMPKELTagDescription m_TagDescription;
 
     void debug_Dump() const;
 };
 
-class XMPKeywordData {
+class KELTXMP_API XMPKeywordData {
 public:
     // The id is the text of a fresh GUID.
     XMPKeywordData(const std::string& name, const XMPKeywordExtension& extension);
@@ -69,21 +71,21 @@ public:
 
 private:
     friend XMPKeywordData CuePointToKeyword(const XMPCuePointParam& cuePoint);
-    XMPKeywordData(std::string name, XMPKeywordExtension extension, std::string keywordId);
+    KELTXMP_LOCAL XMPKeywordData(std::string name, XMPKeywordExtension extension, std::string keywordId);
 };
 
-extern const std::string kKeywordExtKELPrefixV1;  // "keywordExtKELv1_"
+extern KELTXMP_API const std::string kKeywordExtKELPrefixV1;  // "keywordExtKELv1_"
 
 // Reads the keyword out of a keyword cue point: the key minus the prefix is the
 // id, the value is JSON with optional "name", "payload", "color" and "index".
 // Throws kelcore::parse_exception when the value is not JSON,
 // kelcore::missing_key_exception when a member has the wrong type, and
 // std::out_of_range when the key is shorter than the prefix.
-XMPKeywordData CuePointToKeyword(const XMPCuePointParam& cuePoint);
+KELTXMP_API XMPKeywordData CuePointToKeyword(const XMPCuePointParam& cuePoint);
 
 // --- Markers ----------------------------------------------------------------------
 
-class XMPTemporalMetadataInfo {
+class KELTXMP_API XMPTemporalMetadataInfo {
 public:
     enum _infoFormEnum : std::int32_t {
         kInfoForm_Marker = 1,
@@ -162,10 +164,11 @@ private:
     friend class collector::Walk;
 
     // What every form sets; the public constructors fill in the rest.
-    XMPTemporalMetadataInfo(_infoFormEnum infoForm, const char* name, std::int64_t startTime,
-                            std::int64_t startTimeFrameRateNumerator, std::int64_t startTimeFrameRateDenominator,
-                            std::int64_t duration, std::int64_t durationFrameRateNumerator,
-                            std::int64_t durationFrameRateDenominator, std::shared_ptr<void> extension);
+    KELTXMP_LOCAL XMPTemporalMetadataInfo(_infoFormEnum infoForm, const char* name, std::int64_t startTime,
+                                          std::int64_t startTimeFrameRateNumerator,
+                                          std::int64_t startTimeFrameRateDenominator, std::int64_t duration,
+                                          std::int64_t durationFrameRateNumerator,
+                                          std::int64_t durationFrameRateDenominator, std::shared_ptr<void> extension);
 
     _infoFormEnum m_infoForm;
     std::string m_name;
@@ -197,7 +200,7 @@ private:
 
 // --- Tracks -------------------------------------------------------------------------
 
-class XMPTrack {
+class KELTXMP_API XMPTrack {
 public:
     // Markers by start time; equal starts keep the order they were added in.
     using MarkerMap = std::multimap<std::int64_t, XMPTemporalMetadataInfo>;

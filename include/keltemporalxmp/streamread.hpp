@@ -10,12 +10,13 @@
 #include <string_view>
 #include <vector>
 
+#include <keltemporalxmp/export.hpp>
 #include <keltemporalxmp/records.hpp>
 
 namespace keltemporalxmp {
 
 // The track list of one packet, fed piece by piece as its bytes arrive.
-class PacketTrackReader {
+class KELTXMP_API PacketTrackReader {
 public:
     PacketTrackReader();
     ~PacketTrackReader();
@@ -36,6 +37,6 @@ private:
 };
 
 // The whole packet at once.
-bool StreamReadTracks(std::string_view packet, std::vector<XMPTrack>& tracks);
+KELTXMP_API bool StreamReadTracks(std::string_view packet, std::vector<XMPTrack>& tracks);
 
 }  // namespace keltemporalxmp

@@ -14,7 +14,7 @@ using C = XMPTemporalMetadataCollector;
 
 void AppendPart(std::string& chain, const Span& span, const std::string& path) {
     std::string part;
-    XMPDocOpsTemporal::CreatePartString(&part, span.m_start, 0, 0, span.m_duration, 0, 0, kUnspecified, path.c_str());
+    XMPDocOpsTemporal::CreatePartString(&part, span.m_start, 0, 0, span.m_duration, 0, 0, kUnspecifiedTicks, path.c_str());
     chain.append(part).append(1, ';');
 }
 

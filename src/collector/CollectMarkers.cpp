@@ -16,12 +16,12 @@ void Walk::CollectMarkers(const std::vector<XMPTrack>& tracks, const Visit& visi
         for (const auto& [key, marker] : track.GetMarkers()) {
             Step(instanceID);
             const std::int64_t start = visit.m_mapping(marker.GetStartTime());
-            const std::int64_t end = visit.m_mapping(AddTimes(marker.GetStartTime(), marker.GetDuration()));
+            const std::int64_t end = visit.m_mapping(SaturatingAdd(marker.GetStartTime(), marker.GetDuration()));
             const Interval extent = Interval::ForOverlap(start, end);
             if (!extent.Overlaps(visit.m_mappedFromSpanForOverlap) || !extent.Overlaps(visit.m_clipRange)) {
                 continue;
             }
-            File(marker, MarkerPlacement{Span{start, SubtractTimes(end, start)}, visit.Clipped(start, end), instanceID,
+            File(marker, MarkerPlacement{Span{start, SaturatingSubtract(end, start)}, visit.Clipped(start, end), instanceID,
                                          trackName, trackType, partMapping});
         }
     }

@@ -104,7 +104,7 @@ void Walk::CollectComponent(const Visit& visit, const std::string& instanceID) {
         return;
     }
     const std::int64_t toStart = visit.m_mapping.m_toStart;
-    Span span{toStart, SubtractTimes(visit.m_mappedFromEnd, toStart)};
+    Span span{toStart, SaturatingSubtract(visit.m_mappedFromEnd, toStart)};
     const bool reversed = !visit.AtTop() && visit.m_mapping.m_scale < 0.0;
     if (reversed && (visit.m_mask & C::kReversedComponentFromEnd) != 0) {
         span = span.Reversed();

@@ -18,8 +18,8 @@ std::optional<Span> ReadPart(const std::string& text) {
 }  // namespace
 
 std::optional<double> IngredientUse::Scale() const {
-    const std::int64_t fromDuration = m_from.m_duration != kUnspecified ? m_from.m_duration : m_to.m_duration;
-    const std::int64_t toDuration = m_to.m_duration != kUnspecified ? m_to.m_duration : m_from.m_duration;
+    const std::int64_t fromDuration = m_from.m_duration != kUnspecifiedTicks ? m_from.m_duration : m_to.m_duration;
+    const std::int64_t toDuration = m_to.m_duration != kUnspecifiedTicks ? m_to.m_duration : m_from.m_duration;
     if (fromDuration == toDuration) {
         return 1.0;
     }
@@ -37,9 +37,9 @@ std::optional<IngredientUse> ReadIngredientUse(IngredientTexts texts) {
     }
     IngredientUse use{std::move(texts.m_instanceID), *from, *to};
     if (docops::IsReversedMapping(texts.m_partMapping)) {
-        if (use.m_from.m_duration != kUnspecified) {
+        if (use.m_from.m_duration != kUnspecifiedTicks) {
             use.m_from = use.m_from.Reversed();
-        } else if (use.m_to.m_duration != kUnspecified) {
+        } else if (use.m_to.m_duration != kUnspecifiedTicks) {
             use.m_to = use.m_to.Reversed();
         }
     }

@@ -7,7 +7,7 @@
 #include "collector/TimeMapping.hpp"
 
 namespace keltemporalxmp {
-namespace [[gnu::visibility("hidden")]] collector {
+namespace collector {
 
 struct IngredientUse {
     std::string m_instanceID;
@@ -35,5 +35,5 @@ struct IngredientTexts {
 // Null when a part string cannot be read.
 std::optional<IngredientUse> ReadIngredientUse(IngredientTexts texts);
 
-}  // namespace gnu::visibility("hidden")]]collector
+}  // namespace collector
 }  // namespace keltemporalxmp

@@ -5,32 +5,12 @@
 
 namespace keltemporalxmp::collector {
 
-std::int64_t AddTimes(std::int64_t a, std::int64_t b) {
-    std::int64_t sum = 0;
-    if (a == kUnspecified || b == kUnspecified || __builtin_add_overflow(a, b, &sum)) {
-        return kUnspecified;
-    }
-    return sum;
-}
-
-std::int64_t SubtractTimes(std::int64_t a, std::int64_t b) {
-    std::int64_t difference = 0;
-    if (a == kUnspecified || b == kUnspecified || __builtin_sub_overflow(a, b, &difference)) {
-        return kUnspecified;
-    }
-    return difference;
-}
-
-std::int64_t NegateTime(std::int64_t a) {
-    return a == kUnspecified || a == std::numeric_limits<std::int64_t>::min() ? kUnspecified : -a;
-}
-
 Span Span::Forwards() const {
     return m_duration < 0 ? Reversed() : *this;
 }
 
 Span Span::Reversed() const {
-    return {End(), NegateTime(m_duration)};
+    return {End(), SaturatingNegate(m_duration)};
 }
 
 Interval Interval::Between(std::int64_t a, std::int64_t b) {
@@ -38,7 +18,7 @@ Interval Interval::Between(std::int64_t a, std::int64_t b) {
 }
 
 Interval Interval::ForOverlap(std::int64_t a, std::int64_t b) {
-    return a == b ? Between(a, AddTimes(b, 1)) : Between(a, b);
+    return a == b ? Between(a, SaturatingAdd(b, 1)) : Between(a, b);
 }
 
 std::int64_t Interval::Clamp(std::int64_t time) const {
@@ -55,17 +35,17 @@ Interval Interval::Intersection(const Interval& other) const {
 }
 
 std::int64_t Mapping::operator()(std::int64_t time) const {
-    std::int64_t offset = SubtractTimes(time, m_fromStart);
-    if (offset == kUnspecified || m_scale == 1.0) {
-        return AddTimes(offset, m_toStart);
+    std::int64_t offset = SaturatingSubtract(time, m_fromStart);
+    if (offset == kUnspecifiedTicks || m_scale == 1.0) {
+        return SaturatingAdd(offset, m_toStart);
     }
     // Products outside the 64-bit range (or not numbers) have no time.
     constexpr double kRangeLimit = 9223372036854775808.0;  // 2^63
     const double scaled = std::trunc(static_cast<double>(offset) * m_scale);
     if (!(scaled >= -kRangeLimit && scaled < kRangeLimit)) {
-        return kUnspecified;
+        return kUnspecifiedTicks;
     }
-    return AddTimes(static_cast<std::int64_t>(scaled), m_toStart);
+    return SaturatingAdd(static_cast<std::int64_t>(scaled), m_toStart);
 }
 
 }  // namespace keltemporalxmp::collector

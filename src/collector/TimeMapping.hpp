@@ -1,26 +1,25 @@
 #pragma once
-// Tick arithmetic of the collector. The largest tick value is an unspecified
-// time: an operation that meets it, or that would leave the 64-bit range,
-// yields it.
+// Spans, intervals and mappings of the collector's timeline, under the
+// saturating tick policy: the unspecified time is absorbing.
 
 #include <cstdint>
-#include <limits>
+
+#include "timestrings/TickArithmetic.hpp"
 
 namespace keltemporalxmp {
-namespace [[gnu::visibility("hidden")]] collector {
+namespace collector {
 
-inline constexpr std::int64_t kUnspecified = std::numeric_limits<std::int64_t>::max();
-
-std::int64_t AddTimes(std::int64_t a, std::int64_t b);
-std::int64_t SubtractTimes(std::int64_t a, std::int64_t b);
-std::int64_t NegateTime(std::int64_t a);
+using timestrings::kUnspecifiedTicks;
+using timestrings::SaturatingAdd;
+using timestrings::SaturatingNegate;
+using timestrings::SaturatingSubtract;
 
 // A span held as start and duration; a negative duration runs backwards.
 struct Span {
     std::int64_t m_start = 0;
-    std::int64_t m_duration = kUnspecified;
+    std::int64_t m_duration = kUnspecifiedTicks;
 
-    std::int64_t End() const { return AddTimes(m_start, m_duration); }
+    std::int64_t End() const { return SaturatingAdd(m_start, m_duration); }
     // The same times, forwards.
     Span Forwards() const;
     // Starts at its end and runs back to its start.
@@ -44,7 +43,7 @@ struct Interval {
     // The part inside `other`; zero-length at the nearer end when none is.
     Interval ClampedInto(const Interval& other) const;
     Interval Intersection(const Interval& other) const;
-    Span AsSpan() const { return {m_low, SubtractTimes(m_high, m_low)}; }
+    Span AsSpan() const { return {m_low, SaturatingSubtract(m_high, m_low)}; }
 };
 
 // Maps a time of a source span that starts at m_fromStart onto a target that
@@ -57,5 +56,5 @@ struct Mapping {
     std::int64_t operator()(std::int64_t time) const;
 };
 
-}  // namespace gnu::visibility("hidden")]]collector
+}  // namespace collector
 }  // namespace keltemporalxmp

@@ -8,7 +8,7 @@
 #include <string_view>
 
 namespace keltemporalxmp {
-namespace [[gnu::visibility("hidden")]] diagnostics {
+namespace diagnostics {
 
 // Frame indentation by nesting depth; field lines sit two further in.
 inline constexpr int kDocumentIndent = 0;
@@ -73,5 +73,5 @@ void PrintIndent(int indent);
 // "name[number]:" on a line of its own.
 void PrintListItem(int indent, std::string_view name, std::size_t number);
 
-}  // namespace gnu::visibility("hidden")]]diagnostics
+}  // namespace diagnostics
 }  // namespace keltemporalxmp

@@ -13,7 +13,7 @@
 #include <xmptoolkit/XMP.hpp>
 
 namespace keltemporalxmp {
-namespace [[gnu::visibility("hidden")]] docops {
+namespace docops {
 
 inline constexpr const char* kIngredientsPath = "xmpMM:Ingredients";
 inline constexpr const char* kPantryPath = "xmpMM:Pantry";
@@ -56,5 +56,5 @@ bool SharesTree(const SXMPMeta& one, const SXMPMeta& other);
 
 [[noreturn]] void ThrowNullMeta();
 
-}  // namespace gnu::visibility("hidden")]]docops
+}  // namespace docops
 }  // namespace keltemporalxmp

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "timestrings/WrappingArithmetic.hpp"
+#include "timestrings/TickArithmetic.hpp"
 
 namespace keltemporalxmp::docops {
 namespace {

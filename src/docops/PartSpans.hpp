@@ -3,15 +3,16 @@
 // where it lands (to-part), and whether the mapping runs backwards.
 
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
 
-namespace keltemporalxmp {
-namespace [[gnu::visibility("hidden")]] docops {
+#include "timestrings/TickArithmetic.hpp"
 
-inline constexpr std::int64_t kUnspecifiedTicks = std::numeric_limits<std::int64_t>::max();
+namespace keltemporalxmp {
+namespace docops {
+
+using timestrings::kUnspecifiedTicks;
 
 // A parsed part string; rates default to 1/1, an absent duration is unspecified.
 struct PartSpan {
@@ -55,5 +56,5 @@ struct IngredientSpans {
 // when nothing of it is used.
 std::optional<IngredientSpans> MapThrough(const IngredientSpans& outer, const IngredientSpans& nested);
 
-}  // namespace gnu::visibility("hidden")]]docops
+}  // namespace docops
 }  // namespace keltemporalxmp

@@ -12,8 +12,7 @@
 #include <xmptoolkit/XMP.hpp>
 
 namespace keltemporalxmp {
-// Hidden: internal calls bind directly instead of through the export table.
-namespace [[gnu::visibility("hidden")]] docops {
+namespace docops {
 
 inline constexpr const char* kTracksPath = "xmpDM:Tracks";
 inline constexpr XMP_OptionBits kTracksForm = kXMP_PropValueIsArray;
@@ -54,5 +53,5 @@ void AppendItemIndex(std::string& path, std::size_t index);
 // Raises the error again with the operation and the property it was for.
 [[noreturn]] void RethrowAt(const XMP_Error& error, std::string_view operation, std::string_view path);
 
-}  // namespace gnu::visibility("hidden")]]docops
+}  // namespace docops
 }  // namespace keltemporalxmp

@@ -10,7 +10,7 @@
 #include <xmptoolkit/XMP.hpp>
 
 namespace keltemporalxmp {
-namespace [[gnu::visibility("hidden")]] docops {
+namespace docops {
 
 // What becomes of a cue point that carries a keyword.
 enum class KeywordCuePoints { kToKeywords, kKeptAsCuePoints };
@@ -22,5 +22,5 @@ enum class KeywordCuePoints { kToKeywords, kKeptAsCuePoints };
 void ReadTrackList(const SXMPMeta& meta, const char* schemaNS, const char* tracksPath, std::vector<XMPTrack>& tracks,
                    KeywordCuePoints keywords = KeywordCuePoints::kToKeywords);
 
-}  // namespace gnu::visibility("hidden")]]docops
+}  // namespace docops
 }  // namespace keltemporalxmp

@@ -7,7 +7,7 @@
 #include <xmptoolkit/XMP.hpp>
 
 namespace keltemporalxmp {
-namespace [[gnu::visibility("hidden")]] docops {
+namespace docops {
 
 // Replaces the whole property. Empty texts and a zero duration are left out;
 // a marker's type is left out when it is its track's. Marker times are written
@@ -15,5 +15,5 @@ namespace [[gnu::visibility("hidden")]] docops {
 // appended to the time.
 void WriteTrackList(SXMPMeta& meta, const std::vector<XMPTrack>& tracks);
 
-}  // namespace gnu::visibility("hidden")]]docops
+}  // namespace docops
 }  // namespace keltemporalxmp

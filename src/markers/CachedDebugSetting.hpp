@@ -7,7 +7,7 @@
 #include <string>
 
 namespace keltemporalxmp {
-namespace [[gnu::visibility("hidden")]] markers {
+namespace markers {
 
 class CachedDebugSetting {
 public:
@@ -32,5 +32,5 @@ private:
 // data count as equal while it is on.
 bool IsRemoveRedundantTagsEnabled();
 
-}  // namespace gnu::visibility("hidden")]]markers
+}  // namespace markers
 }  // namespace keltemporalxmp

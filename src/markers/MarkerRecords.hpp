@@ -8,7 +8,7 @@
 #include <keltemporalxmp/records.hpp>
 
 namespace keltemporalxmp {
-namespace [[gnu::visibility("hidden")]] markers {
+namespace markers {
 
 // The record's ID becomes the marker's identity (see Marker(id)); a record
 // without a type of its own takes trackType. Cue points come first, then the
@@ -20,5 +20,5 @@ std::shared_ptr<Marker> MarkerFromRecord(const XMPTemporalMetadataInfo& record, 
 // The extension is shared.
 XMPTemporalMetadataInfo RecordFromMarker(const Marker& marker);
 
-}  // namespace gnu::visibility("hidden")]]markers
+}  // namespace markers
 }  // namespace keltemporalxmp

@@ -1,7 +1,6 @@
 // The one unmangled export: segment boundaries stored by an analysis as
 // "Segmentation" markers of the track named "Markers".
 
-#include <limits>
 #include <string>
 #include <string_view>
 
@@ -9,7 +8,7 @@
 #include <keltemporalxmp/markers.hpp>
 
 #include "timestrings/Arguments.hpp"
-#include "timestrings/WrappingArithmetic.hpp"
+#include "timestrings/TickArithmetic.hpp"
 
 namespace keltemporalxmp {
 namespace {
@@ -17,7 +16,6 @@ namespace {
 constexpr const char* kOperation = "KELTemporalXMPGetSegmentationMarkers";
 constexpr const char* kTrackName = "Markers";
 constexpr std::string_view kSegmentationType = "Segmentation";
-constexpr std::int64_t kUnknownFrameDuration = std::numeric_limits<std::int64_t>::max();
 
 // By name: a track of that type under another name does not count.
 const XMPTrack* FindTrackNamed(std::span<const XMPTrack> tracks, const char* trackName) {
@@ -43,7 +41,7 @@ std::int64_t FrameDuration(const XMPTrack& track) {
     }
     const std::int64_t ticks = timestrings::Divide(
         timestrings::WrappingMultiply(denominator, kelmediatypes::TickTime::kTicksPerSecond), numerator);
-    return ticks != 0 ? ticks : kUnknownFrameDuration;
+    return ticks != 0 ? ticks : timestrings::kUnspecifiedTicks;
 }
 
 }  // namespace
@@ -53,7 +51,7 @@ void GetSegmentationMarkersOfTracks(std::span<const XMPTrack> tracks,
                                     std::int64_t& frameDuration) {
     const XMPTrack* track = FindTrackNamed(tracks, kTrackName);
     if (track == nullptr) {
-        frameDuration = kUnknownFrameDuration;
+        frameDuration = timestrings::kUnspecifiedTicks;
         return;
     }
     frameDuration = FrameDuration(*track);

@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -25,17 +26,42 @@ std::string NewKeywordId() {
 }
 
 // Absent members keep their defaults; present ones of another type throw
-// kelcore::missing_key_exception.
+// kelcore::missing_key_exception naming the member.
+kelcore::JSONValuePtr PresentMember(const kelcore::JSONValue& object, std::string_view name) {
+    return kelcore::ObjectHasProperty(object, name) ? kelcore::GetVariantInObject(object, name) : nullptr;
+}
+
 void ReadText(const kelcore::JSONValue& object, std::string_view name, std::string& field) {
-    if (kelcore::ObjectHasProperty(object, name)) {
-        field = kelcore::GetStringInObject(object, name);
+    const kelcore::JSONValuePtr member = PresentMember(object, name);
+    if (member == nullptr) {
+        return;
     }
+    if (!member->is_string()) {
+        throw kelcore::missing_key_exception(std::string(name));
+    }
+    field = member->get<std::string>();
 }
 
 void ReadInteger(const kelcore::JSONValue& object, std::string_view name, std::int32_t& field) {
-    if (kelcore::ObjectHasProperty(object, name)) {
-        field = kelcore::GetInt32InObject(object, name);
+    const kelcore::JSONValuePtr member = PresentMember(object, name);
+    if (member == nullptr) {
+        return;
     }
+    constexpr std::int64_t kLowest = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int64_t kHighest = std::numeric_limits<std::int32_t>::max();
+    if (member->is_number_unsigned()) {
+        if (member->get<std::uint64_t>() <= static_cast<std::uint64_t>(kHighest)) {
+            field = static_cast<std::int32_t>(member->get<std::uint64_t>());
+            return;
+        }
+    } else if (member->is_number_integer()) {
+        const auto value = member->get<std::int64_t>();
+        if (value >= kLowest && value <= kHighest) {
+            field = static_cast<std::int32_t>(value);
+            return;
+        }
+    }
+    throw kelcore::missing_key_exception(std::string(name));
 }
 
 }  // namespace

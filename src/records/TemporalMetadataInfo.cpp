@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "timestrings/Arguments.hpp"
-#include "timestrings/WrappingArithmetic.hpp"
+#include "timestrings/TickArithmetic.hpp"
 
 namespace keltemporalxmp {
 namespace {

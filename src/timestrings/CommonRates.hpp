@@ -10,8 +10,7 @@
 #include <kelmediatypes/TickTime.hpp>
 
 namespace keltemporalxmp {
-// Hidden: internal calls bind directly instead of through the export table.
-namespace [[gnu::visibility("hidden")]] timestrings {
+namespace timestrings {
 
 template <std::int64_t kValue>
 using Constant = std::integral_constant<std::int64_t, kValue>;
@@ -63,5 +62,5 @@ template <class Convert>
     return convert(numerator, denominator, ticksPerSecond);
 }
 
-}  // namespace gnu::visibility("hidden")]]timestrings
+}  // namespace timestrings
 }  // namespace keltemporalxmp

@@ -6,11 +6,10 @@
 #include <cstdint>
 #include <optional>
 
-#include "timestrings/WrappingArithmetic.hpp"
+#include "timestrings/TickArithmetic.hpp"
 
 namespace keltemporalxmp {
-// Hidden: internal calls bind directly instead of through the export table.
-namespace [[gnu::visibility("hidden")]] timestrings {
+namespace timestrings {
 
 // How the factor ticks-per-second / numerator is simplified before use. The
 // two readers differ here on purpose, which only shows for negative numerators.
@@ -91,5 +90,5 @@ enum class Reduction { kAnyNumeratorButOne, kNumeratorsAboveOne };
     return negative ? WrappingNegate(frames) : frames;
 }
 
-}  // namespace gnu::visibility("hidden")]]timestrings
+}  // namespace timestrings
 }  // namespace keltemporalxmp

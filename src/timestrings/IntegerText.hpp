@@ -7,8 +7,7 @@
 #include <string_view>
 
 namespace keltemporalxmp {
-// Hidden: internal calls bind directly instead of through the export table.
-namespace [[gnu::visibility("hidden")]] timestrings {
+namespace timestrings {
 
 // "-9223372036854775808"
 inline constexpr std::size_t kMaxIntegerTextLength = 20;
@@ -92,5 +91,5 @@ inline SplitText SplitAtSoleSeparator(std::string_view text, char separator) noe
     return {true, true, text.substr(0, at), text.substr(at + 1)};
 }
 
-}  // namespace gnu::visibility("hidden")]]timestrings
+}  // namespace timestrings
 }  // namespace keltemporalxmp

@@ -12,7 +12,7 @@
 #include "timestrings/Arguments.hpp"
 #include "timestrings/CommonRates.hpp"
 #include "timestrings/TimeText.hpp"
-#include "timestrings/WrappingArithmetic.hpp"
+#include "timestrings/TickArithmetic.hpp"
 
 namespace keltemporalxmp {
 namespace {

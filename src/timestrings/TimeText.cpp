@@ -8,7 +8,7 @@
 
 #include "timestrings/CommonRates.hpp"
 #include "timestrings/FrameArithmetic.hpp"
-#include "timestrings/WrappingArithmetic.hpp"
+#include "timestrings/TickArithmetic.hpp"
 
 namespace keltemporalxmp::timestrings {
 namespace {

@@ -10,8 +10,7 @@
 #include "timestrings/IntegerText.hpp"
 
 namespace keltemporalxmp {
-// Hidden: internal calls bind directly instead of through the export table.
-namespace [[gnu::visibility("hidden")]] timestrings {
+namespace timestrings {
 
 // `numerator` / `denominator` hold the default rate on entry and receive the
 // rate the text carries, if any.
@@ -69,5 +68,5 @@ char* WriteTimeText(char* first, std::int64_t ticks, std::int64_t numerator, std
 // denominator at `first` (room for kMaxRateTextLength); returns the end.
 char* WriteRateText(char* first, std::int64_t numerator, std::int64_t denominator) noexcept;
 
-}  // namespace gnu::visibility("hidden")]]timestrings
+}  // namespace timestrings
 }  // namespace keltemporalxmp

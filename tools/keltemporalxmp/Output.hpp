@@ -24,7 +24,6 @@ public:
 
     // One cell per column.
     void AddRow(std::vector<std::string> cells);
-    bool IsEmpty() const { return m_rows.empty(); }
 
     void WriteAligned(std::FILE* out) const;
     // With a leading "file" column when `file` is given.

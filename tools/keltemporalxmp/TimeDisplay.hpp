@@ -8,10 +8,11 @@
 #include <string_view>
 
 #include <kelcore/JSON.hpp>
+#include <kelmediatypes/TickTime.hpp>
 
 namespace keltemporalxmp::tool {
 
-inline constexpr std::int64_t kTicksPerSecond = 254016000000;
+inline constexpr std::int64_t kTicksPerSecond = kelmediatypes::TickTime::kTicksPerSecond;
 inline constexpr std::int64_t kTimeUnspecified = INT64_MAX;
 
 struct FrameRate {

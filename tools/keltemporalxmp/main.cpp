@@ -63,6 +63,7 @@ int main(int argc, char** argv) {
         "the pantry.",
         "keltemporalxmp");
     app.require_subcommand(1);
+    app.set_version_flag("--version", "keltemporalxmp " KELTXMP_VERSION);
     const std::vector<CommandEntry> commands = {
         AddMarkersCommand(app), AddTracksCommand(app),   AddIngredientsCommand(app),  AddPantryCommand(app),
         AddCollectCommand(app), AddSegmentsCommand(app), AddWriteMarkersCommand(app), AddAddIngredientCommand(app),

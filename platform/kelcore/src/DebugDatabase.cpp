@@ -42,10 +42,6 @@ std::string DebugDatabase::GetEntry(const std::string& key, const std::string& d
     return entry == m_entries.end() ? defaultValue : entry->second;
 }
 
-bool DebugDatabase::GetBooleanEntry(const std::string& key, bool defaultValue) const {
-    return GetEntry(key, defaultValue ? "true" : "false") == "true";
-}
-
 bool DebugDatabase::HasEntry(const std::string& key) const {
     std::lock_guard lock(m_mutex);
     return m_entries.contains(key);

@@ -1,6 +1,5 @@
 #include <kelcore/JSON.hpp>
 
-#include <limits>
 #include <stdexcept>
 
 #include <kelcore/Exceptions.hpp>
@@ -35,28 +34,6 @@ bool ObjectHasProperty(const JSONValue& object, std::string_view name) {
 
 JSONValuePtr GetVariantInObject(const JSONValue& object, std::string_view name) {
     return std::make_shared<JSONValue>(RequireMember(object, name));
-}
-
-std::string GetStringInObject(const JSONValue& object, std::string_view name) {
-    const JSONValue& member = RequireMember(object, name);
-    if (!member.is_string()) throw missing_key_exception(std::string(name));
-    return member.get<std::string>();
-}
-
-std::int32_t GetInt32InObject(const JSONValue& object, std::string_view name) {
-    const JSONValue& member = RequireMember(object, name);
-    if (member.is_number_unsigned()) {
-        const auto value = member.get<std::uint64_t>();
-        if (value <= static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max())) {
-            return static_cast<std::int32_t>(value);
-        }
-    } else if (member.is_number_integer()) {
-        const auto value = member.get<std::int64_t>();
-        if (value >= std::numeric_limits<std::int32_t>::min() && value <= std::numeric_limits<std::int32_t>::max()) {
-            return static_cast<std::int32_t>(value);
-        }
-    }
-    throw missing_key_exception(std::string(name));
 }
 
 void AddToObject(JSONValue& object, std::string_view name, const JSONValue& value, bool keepExisting) {

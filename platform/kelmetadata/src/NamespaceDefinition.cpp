@@ -4,8 +4,7 @@
 
 namespace kelmetadata {
 
-SchemaDefinition::SchemaDefinition(std::string uri, std::string schemaText)
-    : m_uri(std::move(uri)), m_schemaText(std::move(schemaText)) {}
+SchemaDefinition::SchemaDefinition(std::string schemaText) : m_schemaText(std::move(schemaText)) {}
 
 std::shared_ptr<const SchemaDefinition> NamespaceDefinition(const std::string& uri) {
     std::string prefix;
@@ -16,7 +15,7 @@ std::shared_ptr<const SchemaDefinition> NamespaceDefinition(const std::string& u
     if (prefix.ends_with(':')) {
         prefix.pop_back();
     }
-    return std::make_shared<const SchemaDefinition>(uri, std::move(prefix));
+    return std::make_shared<const SchemaDefinition>(std::move(prefix));
 }
 
 }  // namespace kelmetadata

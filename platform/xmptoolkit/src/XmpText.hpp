@@ -15,7 +15,6 @@ public:
     XmpText& operator=(const XmpText&) = delete;
 
     XmpStringPtr Get() const { return m_text; }
-    std::string Str() const { return std::string(xmp_string_cstr(m_text), xmp_string_len(m_text)); }
 
     // Copies into an optional output.
     void CopyTo(std::string* out) const {

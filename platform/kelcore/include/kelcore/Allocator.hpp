@@ -10,9 +10,11 @@
 #include <limits>
 #include <new>
 
+#include <keltemporalxmp/export.hpp>
+
 namespace kelcore {
 
-class SmallBlockAllocator {
+class KELTXMP_API SmallBlockAllocator {
 public:
     // Throws std::bad_alloc when no memory is left.
     static void* Allocate(std::size_t size);

@@ -12,9 +12,11 @@
 #include <string>
 #include <string_view>
 
+#include <keltemporalxmp/export.hpp>
+
 namespace kelcore {
 
-class DebugDatabase {
+class KELTXMP_API DebugDatabase {
 public:
     static constexpr const char* kEnvironmentVariable = "KELTEMPORALXMP_DEBUG";
 
@@ -28,8 +30,6 @@ public:
     DebugDatabase& operator=(const DebugDatabase&) = delete;
 
     std::string GetEntry(const std::string& key, const std::string& defaultValue) const;
-    // True only when the entry is exactly "true"; defaultValue when it is absent.
-    bool GetBooleanEntry(const std::string& key, bool defaultValue) const;
     bool HasEntry(const std::string& key) const;
     void SetEntry(const std::string& key, const std::string& value);
     void RemoveEntry(const std::string& key);

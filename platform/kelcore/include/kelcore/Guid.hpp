@@ -10,9 +10,11 @@
 #include <string>
 #include <string_view>
 
+#include <keltemporalxmp/export.hpp>
+
 namespace kelcore {
 
-class Guid {
+class KELTXMP_API Guid {
 public:
     static constexpr std::size_t kByteCount = 16;
     using Bytes = std::array<std::uint8_t, kByteCount>;

@@ -6,10 +6,11 @@
 #include <memory>
 
 #include <kelcore/Guid.hpp>
+#include <keltemporalxmp/export.hpp>
 
 namespace kelcore {
 
-class HashValueMixerState {
+class KELTXMP_API HashValueMixerState {
 public:
     HashValueMixerState();
     ~HashValueMixerState();
@@ -25,9 +26,9 @@ private:
 };
 
 // Feeds bytes into the hash; feeding in pieces gives the same result as at once.
-void UpdateHashState(HashValueMixerState& state, const void* data, std::size_t size);
+KELTXMP_API void UpdateHashState(HashValueMixerState& state, const void* data, std::size_t size);
 
 // Writes the hash of every byte fed so far; the state may be fed further.
-void GetHashResult(HashValueMixerState& state, Guid& result);
+KELTXMP_API void GetHashResult(HashValueMixerState& state, Guid& result);
 
 }  // namespace kelcore

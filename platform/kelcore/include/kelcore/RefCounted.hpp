@@ -22,9 +22,11 @@
 #include <cstdint>
 #include <utility>
 
+#include <keltemporalxmp/export.hpp>
+
 namespace kelcore {
 
-class RefCountedObject {
+class KELTXMP_API RefCountedObject {
 public:
     virtual ~RefCountedObject() = default;
     virtual void RetainObject() const = 0;
@@ -44,7 +46,7 @@ private:
     mutable std::atomic<std::int32_t> m_refCount{1};
 };
 
-class RefCountedImplementation : public virtual RefCountedObject {
+class KELTXMP_API RefCountedImplementation : public virtual RefCountedObject {
 public:
     void RetainObject() const override { IncrementRefCount(); }
     void ReleaseObject() const override {
@@ -52,7 +54,7 @@ public:
     }
 };
 
-class RefCountedInterface {
+class KELTXMP_API RefCountedInterface {
 public:
     virtual void AddRefCount() const = 0;
     virtual void ReleaseRefCount() const = 0;
@@ -67,11 +69,6 @@ public:
 
     // Takes over a reference the caller already holds, e.g. the one of a new object.
     static RefPtr Adopt(T* object) noexcept { return RefPtr(object); }
-    // Adds a reference of its own.
-    static RefPtr Share(T* object) noexcept {
-        if (object != nullptr) object->RetainObject();
-        return RefPtr(object);
-    }
 
     RefPtr(const RefPtr& other) noexcept : m_object(other.m_object) {
         if (m_object != nullptr) m_object->RetainObject();

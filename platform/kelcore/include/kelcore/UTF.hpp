@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include <kelcore/Strings.hpp>
+#include <keltemporalxmp/export.hpp>
 
 namespace kelcore {
 
@@ -22,8 +23,9 @@ enum _utfErrorEnum : int {
     kUTFError_InvalidUTF16 = 2,  // a surrogate without its partner
 };
 
-UTF16String UTF8to16(std::string_view text, int* errorCode = nullptr, std::size_t* errorOffset = nullptr);
+KELTXMP_API UTF16String UTF8to16(std::string_view text, int* errorCode = nullptr, std::size_t* errorOffset = nullptr);
 
-std::string UTF16to8(std::u16string_view text, int* errorCode = nullptr, std::size_t* errorOffset = nullptr);
+KELTXMP_API std::string UTF16to8(std::u16string_view text, int* errorCode = nullptr,
+                                 std::size_t* errorOffset = nullptr);
 
 }  // namespace kelcore

@@ -4,23 +4,23 @@
 #include <memory>
 #include <string>
 
+#include <keltemporalxmp/export.hpp>
+
 namespace kelmetadata {
 
-class SchemaDefinition {
+class KELTXMP_API SchemaDefinition {
 public:
-    SchemaDefinition(std::string uri, std::string schemaText);
+    explicit SchemaDefinition(std::string schemaText);
 
-    const std::string& GetURI() const { return m_uri; }
     // The namespace's registered prefix without its colon, e.g. "xmpDM".
     const std::string& GetSchemaText() const { return m_schemaText; }
 
 private:
-    std::string m_uri;
     std::string m_schemaText;
 };
 
 // The definition of a registered namespace. An unknown URI raises XMP_Error
 // (bad parameter) naming the URI.
-std::shared_ptr<const SchemaDefinition> NamespaceDefinition(const std::string& uri);
+KELTXMP_API std::shared_ptr<const SchemaDefinition> NamespaceDefinition(const std::string& uri);
 
 }  // namespace kelmetadata

@@ -10,10 +10,11 @@
 #include <string>
 #include <vector>
 
+#include <keltemporalxmp/export.hpp>
 #include <xmptoolkit/TXMPMeta.hpp>
 
 template <class tStringObj>
-class TXMPDocOps {
+class KELTXMP_API TXMPDocOps {
 public:
     TXMPDocOps();
 
@@ -43,9 +44,9 @@ public:
     TXMPMeta<tStringObj> GetMeta() const { return m_meta; }
 
 private:
-    void Bind(TXMPMeta<tStringObj>* xmpMeta);
-    void AppendEvent(TXMPMeta<tStringObj>& meta, XMP_StringPtr action, const tStringObj& instanceID,
-                     const tStringObj& when, const tStringObj& changed) const;
+    KELTXMP_LOCAL void Bind(TXMPMeta<tStringObj>* xmpMeta);
+    KELTXMP_LOCAL void AppendEvent(TXMPMeta<tStringObj>& meta, XMP_StringPtr action, const tStringObj& instanceID,
+                                   const tStringObj& when, const tStringObj& changed) const;
 
     TXMPMeta<tStringObj> m_meta;
     bool m_dirty = false;

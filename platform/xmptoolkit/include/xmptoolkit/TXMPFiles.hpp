@@ -22,6 +22,7 @@
 #include <optional>
 #include <string>
 
+#include <keltemporalxmp/export.hpp>
 #include <xmptoolkit/TXMPMeta.hpp>
 
 namespace xmptoolkit_detail {
@@ -30,7 +31,7 @@ class FileLock;
 }  // namespace xmptoolkit_detail
 
 template <class tStringObj>
-class TXMPFiles {
+class KELTXMP_API TXMPFiles {
 public:
     TXMPFiles();
     TXMPFiles(XMP_StringPtr filePath, XMP_FileFormat format = kXMP_UnknownFile, XMP_OptionBits openFlags = 0);
@@ -58,7 +59,7 @@ public:
                                const TXMPMeta<tStringObj>& xmpObj, XMP_OptionBits openFlags = 0);
 
 private:
-    void RequireOpenFile(XMP_StringPtr operation) const;
+    KELTXMP_LOCAL void RequireOpenFile(XMP_StringPtr operation) const;
 
     std::unique_ptr<xmptoolkit_detail::FileLock> m_lock;  // while open for update
     std::unique_ptr<xmptoolkit_detail::FileHandle> m_file;

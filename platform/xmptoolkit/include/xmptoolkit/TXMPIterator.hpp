@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include <keltemporalxmp/export.hpp>
 #include <xmptoolkit/TXMPMeta.hpp>
 
 namespace xmptoolkit_detail {
@@ -13,7 +14,7 @@ struct IteratorState;
 }
 
 template <class tStringObj>
-class TXMPIterator {
+class KELTXMP_API TXMPIterator {
 public:
     // An empty schemaNS walks every schema; an empty propName the whole schema.
     TXMPIterator(const TXMPMeta<tStringObj>& xmpObj, XMP_StringPtr schemaNS, XMP_StringPtr propName,

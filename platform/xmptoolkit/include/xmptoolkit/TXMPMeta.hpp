@@ -26,6 +26,7 @@
 #include <memory>
 #include <string>
 
+#include <keltemporalxmp/export.hpp>
 #include <xmptoolkit/XMP_Const.hpp>
 #include <xmptoolkit/XMP_Error.hpp>
 
@@ -34,7 +35,7 @@ struct MetaTree;  // owns the toolkit's tree; defined by the layer
 }
 
 template <class tStringObj>
-class TXMPMeta {
+class KELTXMP_API TXMPMeta {
 public:
     TXMPMeta();
     TXMPMeta(XMP_StringPtr buffer, XMP_StringLen size);
@@ -95,7 +96,7 @@ public:
     xmptoolkit_detail::MetaTree& Tree() const { return *m_tree; }
 
 private:
-    explicit TXMPMeta(std::shared_ptr<xmptoolkit_detail::MetaTree> tree);
+    KELTXMP_LOCAL explicit TXMPMeta(std::shared_ptr<xmptoolkit_detail::MetaTree> tree);
 
     std::shared_ptr<xmptoolkit_detail::MetaTree> m_tree;
 };

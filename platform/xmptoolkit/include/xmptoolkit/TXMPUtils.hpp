@@ -3,10 +3,11 @@
 
 #include <string>
 
+#include <keltemporalxmp/export.hpp>
 #include <xmptoolkit/TXMPMeta.hpp>
 
 template <class tStringObj>
-class TXMPUtils {
+class KELTXMP_API TXMPUtils {
 public:
     static void ComposeArrayItemPath(XMP_StringPtr schemaNS, XMP_StringPtr arrayName, XMP_Index itemIndex,
                                      tStringObj* fullPath);

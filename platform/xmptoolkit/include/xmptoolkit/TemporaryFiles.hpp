@@ -3,10 +3,12 @@
 // that ends on a signal calls this from its handler, so that no half-written
 // temporary file is left behind.
 
+#include <keltemporalxmp/export.hpp>
+
 namespace xmptoolkit {
 
 // Removes the temporary file of every replacement still in progress.
 // Async-signal-safe: it only reads a fixed table and calls unlinkat.
-void RemoveTemporaryFilesInProgress() noexcept;
+KELTXMP_API void RemoveTemporaryFilesInProgress() noexcept;
 
 }  // namespace xmptoolkit

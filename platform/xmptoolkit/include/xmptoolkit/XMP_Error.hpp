@@ -5,9 +5,10 @@
 #include <exception>
 #include <string>
 
+#include <keltemporalxmp/export.hpp>
 #include <xmptoolkit/XMP_Const.hpp>
 
-class XMP_Error : public std::exception {
+class KELTXMP_API XMP_Error : public std::exception {
 public:
     XMP_Error(XMP_Int32 id, XMP_StringPtr message);
 

@@ -1,7 +1,11 @@
 #pragma once
-// Signed 64-bit arithmetic that wraps instead of overflowing, and division that
-// cannot trap. Time conversions accept any input; where a product leaves the
-// range it wraps, it never becomes undefined behaviour.
+// Arithmetic on tick counts, under one of two named policies:
+// - wrapping: the time conversions accept any input; where a result leaves the
+//   64-bit range it wraps, never becoming undefined behaviour;
+// - saturating: the timeline arithmetic of spans and mappings; the unspecified
+//   time (an unbounded range or span) is absorbing, and a result that would
+//   leave the range becomes it.
+// Division here cannot trap.
 
 #include <cstdint>
 #include <limits>
@@ -9,6 +13,10 @@
 namespace keltemporalxmp::timestrings {
 
 inline constexpr std::int64_t kMaximumTicks = std::numeric_limits<std::int64_t>::max();
+// The time of an unbounded range or span: the largest tick count.
+inline constexpr std::int64_t kUnspecifiedTicks = kMaximumTicks;
+
+// --- Wrapping ---------------------------------------------------------------
 
 constexpr std::int64_t WrappingAdd(std::int64_t a, std::int64_t b) noexcept {
     return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) + static_cast<std::uint64_t>(b));
@@ -25,6 +33,30 @@ constexpr std::int64_t WrappingMultiply(std::int64_t a, std::int64_t b) noexcept
 constexpr std::int64_t WrappingNegate(std::int64_t a) noexcept {
     return WrappingSubtract(0, a);
 }
+
+// --- Saturating --------------------------------------------------------------
+
+constexpr std::int64_t SaturatingAdd(std::int64_t a, std::int64_t b) noexcept {
+    std::int64_t sum = 0;
+    if (a == kUnspecifiedTicks || b == kUnspecifiedTicks || __builtin_add_overflow(a, b, &sum)) {
+        return kUnspecifiedTicks;
+    }
+    return sum;
+}
+
+constexpr std::int64_t SaturatingSubtract(std::int64_t a, std::int64_t b) noexcept {
+    std::int64_t difference = 0;
+    if (a == kUnspecifiedTicks || b == kUnspecifiedTicks || __builtin_sub_overflow(a, b, &difference)) {
+        return kUnspecifiedTicks;
+    }
+    return difference;
+}
+
+constexpr std::int64_t SaturatingNegate(std::int64_t a) noexcept {
+    return a == kUnspecifiedTicks || a == std::numeric_limits<std::int64_t>::min() ? kUnspecifiedTicks : -a;
+}
+
+// --- Division and bounds ------------------------------------------------------
 
 // Truncating division; the one overflowing case (minimum / -1) wraps.
 // The divisor must not be 0. Dividing by 1, the common case once a rate is
