@@ -11,12 +11,13 @@
 #include <string_view>
 #include <vector>
 
+#include <keltemporalxmp/export.hpp>
 #include <keltemporalxmp/markers.hpp>
 #include <xmptoolkit/XMP.hpp>
 
 namespace keltemporalxmp::exchange {
 
-inline constexpr std::int64_t kTicksPerSecond = 254016000000;
+inline constexpr std::int64_t kTicksPerSecond = kelmediatypes::TickTime::kTicksPerSecond;
 // A start or duration that is not given.
 inline constexpr std::int64_t kTimeUnspecified = INT64_MAX;
 
@@ -50,12 +51,12 @@ struct ExchangeMarker {
 enum class Format { kYouTube, kFFMetadata, kWebVTT, kSRT, kEDL, kCSV, kTSV, kAudacity, kOTIO, kJSON };
 
 // "youtube", "ffmetadata", "webvtt", "srt", "edl", "csv", "tsv", "audacity", "otio", "json".
-const char* FormatName(Format format);
-std::optional<Format> FormatFromName(std::string_view name);
+KELTXMP_API const char* FormatName(Format format);
+KELTXMP_API std::optional<Format> FormatFromName(std::string_view name);
 // ".vtt", ".srt", ".edl", ".csv", ".tsv", ".otio", ".json" (any case), from a whole path.
-std::optional<Format> FormatFromPath(std::string_view path);
+KELTXMP_API std::optional<Format> FormatFromPath(std::string_view path);
 // What markers of a format without types are given when the caller names none.
-const char* DefaultMarkerType(Format format);
+KELTXMP_API const char* DefaultMarkerType(Format format);
 
 struct ExportOptions {
     // The rate of frame-based formats; when unknown, the first marker's, else
@@ -81,7 +82,7 @@ struct ImportOptions {
 // A marker the format cannot hold, or (youtube) a rule it breaks: the message
 // names the format, the marker's number (from 1) and name, and the reason.
 // kXMPErr_BadValue.
-class ExportError : public XMP_Error {
+class KELTXMP_API ExportError : public XMP_Error {
 public:
     ExportError(Format format, std::size_t marker, const std::string& name, const std::string& reason);
 };
@@ -89,7 +90,7 @@ public:
 // Malformed input, kXMPErr_BadValue: the message is "FORMAT line L column C:
 // expected WHAT"; line and column count from 1 (0 when the place is a JSON
 // member rather than a spot in the text, which the message then names).
-class ImportError : public XMP_Error {
+class KELTXMP_API ImportError : public XMP_Error {
 public:
     ImportError(Format format, std::size_t line, std::size_t column, const std::string& expected);
     std::size_t Line() const { return m_line; }
@@ -103,27 +104,29 @@ private:
 // The text of the markers in the format: those laid out on a timeline in
 // start order, otio and json in list order. ExportError for a marker the
 // format cannot hold.
-std::string ExportMarkers(const std::vector<ExchangeMarker>& markers, Format format, const ExportOptions& options = {});
+KELTXMP_API std::string ExportMarkers(const std::vector<ExchangeMarker>& markers, Format format,
+                                      const ExportOptions& options = {});
 
 // The markers the text holds, in its order. ImportError for malformed text.
 
-std::vector<ExchangeMarker> ImportMarkers(std::string_view text, Format format, const ImportOptions& options = {});
+KELTXMP_API std::vector<ExchangeMarker> ImportMarkers(std::string_view text, Format format,
+                                                      const ImportOptions& options = {});
 
 // Every marker of meta's tracks in the order ReadAllMarkers gives them, each
 // with its track's rate (unknown for a track counted in ticks).
-std::vector<ExchangeMarker> ReadExchangeMarkers(TXMPMeta<std::string>& meta);
+KELTXMP_API std::vector<ExchangeMarker> ReadExchangeMarkers(TXMPMeta<std::string>& meta);
 // The same of tracks already read, in their order.
-std::vector<ExchangeMarker> ExchangeMarkersOfTracks(std::span<const XMPTrack> tracks);
+KELTXMP_API std::vector<ExchangeMarker> ExchangeMarkersOfTracks(std::span<const XMPTrack> tracks);
 // Between records and Marker objects; text is converted between UTF-8 and
 // UTF-16. A record without an ID becomes a marker with a fresh one.
-ExchangeMarker ToExchangeMarker(const Marker& marker, Rate rate);
-std::shared_ptr<Marker> ToMarker(const ExchangeMarker& marker);
+KELTXMP_API ExchangeMarker ToExchangeMarker(const Marker& marker, Rate rate);
+KELTXMP_API std::shared_ptr<Marker> ToMarker(const ExchangeMarker& marker);
 
 // SMPTE timecode of a frame count at a rate: HH:MM:SS:FF, drop-frame
 // HH:MM:SS;FF at 30000/1001 and 60000/1001; a negative count gets a "-".
-std::string FramesToTimecode(std::int64_t frames, Rate rate);
+KELTXMP_API std::string FramesToTimecode(std::int64_t frames, Rate rate);
 // The frame count of a timecode at a rate (";", ":", "." or "," before the frames);
 // nothing for text that is not one, or a label drop-frame skips.
-std::optional<std::int64_t> TimecodeToFrames(std::string_view timecode, Rate rate);
+KELTXMP_API std::optional<std::int64_t> TimecodeToFrames(std::string_view timecode, Rate rate);
 
 }  // namespace keltemporalxmp::exchange
