@@ -3,6 +3,7 @@
 
 #include <keltemporalxmp/collector.hpp>
 #include <keltemporalxmp/docops.hpp>
+#include <keltemporalxmp/exchange.hpp>
 #include <keltemporalxmp/markers.hpp>
 #include <keltemporalxmp/records.hpp>
 #include <keltemporalxmp/streamread.hpp>

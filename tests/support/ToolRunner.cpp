@@ -46,6 +46,23 @@ ToolResult RunProgram(const std::string& program, const std::vector<std::string>
     return result;
 }
 
+void ExpectToolFailure(const ToolFailure& failure, const fs::path& directory) {
+    std::vector<std::string> arguments = failure.arguments;
+    for (std::string& argument : arguments) {
+        if (argument.starts_with("DIR/")) {
+            argument = (directory / argument.substr(4)).string();
+        }
+    }
+    const ToolResult result = RunTool(arguments);
+    const std::string label = arguments[0] + " " + arguments.back();
+    EXPECT_EQ(result.status, failure.status) << label << ": " << result.err;
+    EXPECT_NE(result.err.find(failure.message), std::string::npos) << label << ": " << result.err;
+    EXPECT_EQ(result.out, "") << label;
+    if (failure.status == 1) {
+        EXPECT_EQ(Lines(result.err).size(), 1u) << result.err;
+    }
+}
+
 int StartTool(const std::vector<std::string>& arguments, const fs::path& errorFile) {
     std::vector<std::string> words = {kTool.string()};
     words.insert(words.end(), arguments.begin(), arguments.end());

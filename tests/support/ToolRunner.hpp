@@ -27,6 +27,16 @@ int WaitForProgram(int pid);
 std::string ReadFile(const std::filesystem::path& path);
 void WriteFile(const std::filesystem::path& path, const std::string& bytes);
 
+// A command that must fail: its exit status, one line on standard error
+// holding `message`, nothing on standard output. "DIR/" at the start of an
+// argument stands for `directory`.
+struct ToolFailure {
+    std::vector<std::string> arguments;
+    int status;
+    std::string message;
+};
+void ExpectToolFailure(const ToolFailure& failure, const std::filesystem::path& directory);
+
 // Lines of `text`, without their line ends.
 std::vector<std::string> Lines(const std::string& text);
 

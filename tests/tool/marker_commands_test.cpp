@@ -194,12 +194,6 @@ TEST_F(MarkerCommands, MediaFileIsUpdatedThroughItsHandlerOrCopied) {
     }
 }
 
-struct FailureCase {
-    std::vector<std::string> arguments;  // "DIR/" is replaced by the scratch directory
-    int status;
-    std::string message;
-};
-
 TEST_F(MarkerCommands, FailuresExitWithOneLineAndLeaveTheFileAsItWas) {
     WriteFile(m_dir / "not.json", "{markers");
     WriteFile(m_dir / "shape.json", R"({"markers": 5})");
@@ -209,7 +203,7 @@ TEST_F(MarkerCommands, FailuresExitWithOneLineAndLeaveTheFileAsItWas) {
     WriteFile(m_dir / "zero.xmp", SegmentationPacket("f0"));
     // Read through packet scanning, which can only rewrite the packet in its own space.
     WriteFile(m_dir / "tight.txt", std::string("text ") + kEmptyPacket + " text");
-    const std::vector<FailureCase> cases = {
+    const std::vector<ToolFailure> cases = {
         {{"write-markers", "DIR/clip.xmp", "--from", "DIR/missing.json"}, 1, "missing.json: cannot open it"},
         {{"write-markers", "DIR/clip.xmp", "--from", "DIR/not.json"}, 1, "not.json: not JSON"},
         {{"write-markers", "DIR/clip.xmp", "--from", "DIR/shape.json"}, 1, "shape.json: expected {\"files\""},
@@ -241,20 +235,8 @@ TEST_F(MarkerCommands, FailuresExitWithOneLineAndLeaveTheFileAsItWas) {
     for (const std::string& file : kept) {
         before.push_back(ReadFile(m_dir / file));
     }
-    for (FailureCase c : cases) {
-        for (std::string& argument : c.arguments) {
-            if (argument.starts_with("DIR/")) {
-                argument = Path(argument.substr(4));
-            }
-        }
-        const ToolResult result = RunTool(c.arguments);
-        const std::string label = c.arguments[0] + " " + c.arguments.back();
-        EXPECT_EQ(result.status, c.status) << label << ": " << result.err;
-        EXPECT_THAT(result.err, HasSubstr(c.message)) << label;
-        EXPECT_EQ(result.out, "") << label;
-        if (c.status == 1) {
-            EXPECT_EQ(Lines(result.err).size(), 1u) << result.err;
-        }
+    for (const ToolFailure& failure : cases) {
+        ExpectToolFailure(failure, m_dir / "");
     }
     for (std::size_t i = 0; i < kept.size(); ++i) {
         EXPECT_EQ(ReadFile(m_dir / kept[i]), before[i]) << kept[i];

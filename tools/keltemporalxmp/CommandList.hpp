@@ -26,5 +26,7 @@ CommandEntry AddIngredientsCommand(CLI::App& app);
 CommandEntry AddPantryCommand(CLI::App& app);
 CommandEntry AddCollectCommand(CLI::App& app);
 CommandEntry AddAddIngredientCommand(CLI::App& app);
+CommandEntry AddExportCommand(CLI::App& app);
+CommandEntry AddImportCommand(CLI::App& app);
 
 }  // namespace keltemporalxmp::tool

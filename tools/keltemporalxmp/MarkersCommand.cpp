@@ -13,24 +13,15 @@
 #include "Documents.hpp"
 #include "FileReport.hpp"
 #include "MarkerJson.hpp"
+#include "Options.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {
 
 struct MarkersOptions {
     FileOptions files;
-    std::vector<std::string> only;
-    std::vector<std::string> exclude;
+    TypeOptions types;
 };
-
-kelcore::RefPtr<MarkerTypeFilter> TypeFilter(const MarkersOptions& options) {
-    auto filter = kelcore::MakeRefCounted<MarkerTypeFilter>();
-    filter->SetExclusiveMode(options.only.empty());
-    for (const std::string& type : options.only.empty() ? options.exclude : options.only) {
-        filter->AddMarkerType(kelcore::UTF8String(type.begin(), type.end()));
-    }
-    return filter;
-}
 
 // Markers come track by track, each track's in its own order, so the n-th
 // marker lies on the track that holds the n-th record.
@@ -93,16 +84,9 @@ CommandEntry AddMarkersCommand(CLI::App& app) {
         "List every marker of each file's tracks, times in seconds, frames and timecode at the track's rate");
     AddFileOptions(*command, options->files);
     AddReaderOption(*command, options->files.reader);
-    CLI::Option* only = command->add_option("--only", options->only, "Show only markers of this type (repeatable)")
-                            ->allow_extra_args(false)
-                            ->take_all();
-    CLI::Option* exclude =
-        command->add_option("--exclude", options->exclude, "Leave out markers of this type (repeatable)")
-            ->allow_extra_args(false)
-            ->take_all();
-    only->excludes(exclude);
+    AddTypeOptions(*command, options->types);
     return {command, [options] {
-                const kelcore::RefPtr<MarkerTypeFilter> filter = TypeFilter(*options);
+                const kelcore::RefPtr<MarkerTypeFilter> filter = TypeFilter(options->types);
                 if (options->files.format == OutputFormat::kJson) {
                     return StreamMarkersJson(*options, *filter);
                 }

@@ -23,6 +23,26 @@ CLI::Option* AddRateOption(CLI::App& command, const std::string& name, std::opti
         ->check(isRate);
 }
 
+void AddTypeOptions(CLI::App& command, TypeOptions& options) {
+    CLI::Option* only = command.add_option("--only", options.only, "Only markers of this type (repeatable)")
+                            ->allow_extra_args(false)
+                            ->take_all();
+    CLI::Option* exclude =
+        command.add_option("--exclude", options.exclude, "Leave out markers of this type (repeatable)")
+            ->allow_extra_args(false)
+            ->take_all();
+    only->excludes(exclude);
+}
+
+kelcore::RefPtr<MarkerTypeFilter> TypeFilter(const TypeOptions& options) {
+    auto filter = kelcore::MakeRefCounted<MarkerTypeFilter>();
+    filter->SetExclusiveMode(options.only.empty());
+    for (const std::string& type : options.only.empty() ? options.exclude : options.only) {
+        filter->AddMarkerType(kelcore::UTF8String(type.begin(), type.end()));
+    }
+    return filter;
+}
+
 void AddOutputOption(CLI::App& command, std::string& output, const std::string& description) {
     const CLI::Validator notEmpty(
         [](std::string& text) -> std::string { return text.empty() ? "needs a file name, not an empty one" : ""; },

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include <CLI/CLI.hpp>
+#include <kelcore/RefCounted.hpp>
+#include <keltemporalxmp/markers.hpp>
 
 #include "Output.hpp"
 #include "TimeDisplay.hpp"
@@ -18,6 +20,16 @@ void AddFormatOptions(CLI::App& command, OutputFormat& format);
 // A frame-rate option ("f25", "25", "f30000s1001", "30000/1001").
 CLI::Option* AddRateOption(CLI::App& command, const std::string& name, std::optional<FrameRate>& rate,
                            const std::string& description);
+
+struct TypeOptions {
+    std::vector<std::string> only;
+    std::vector<std::string> exclude;
+};
+
+// --only TYPE... and --exclude TYPE..., exclusive.
+void AddTypeOptions(CLI::App& command, TypeOptions& options);
+// Passes every type when neither is given.
+kelcore::RefPtr<MarkerTypeFilter> TypeFilter(const TypeOptions& options);
 
 // --output OUT of a command that writes: not empty (an unset shell variable
 // must not turn into writing FILE in place).

@@ -6,6 +6,7 @@
 #include <string>
 
 #include <keltemporalxmp/docops.hpp>
+#include <keltemporalxmp/exchange.hpp>
 
 #include "Errors.hpp"
 
@@ -51,22 +52,6 @@ std::uint64_t Distance(std::int64_t a, std::int64_t b) {
     const auto ua = static_cast<std::uint64_t>(a);
     const auto ub = static_cast<std::uint64_t>(b);
     return a > b ? ua - ub : ub - ua;
-}
-
-// Drop-frame timecode skips the first labels of every minute except each
-// tenth minute (two labels at 29.97, four at 59.94); the frame number is
-// turned into the label number it is shown as.
-std::int64_t DropFrameLabel(std::int64_t frame, std::int64_t nominal) {
-    const std::int64_t dropped = nominal / 15;
-    const std::int64_t framesPerMinute = nominal * 60 - dropped;
-    const std::int64_t framesPerTenMinutes = framesPerMinute * 10 + dropped;
-    const std::int64_t tens = frame / framesPerTenMinutes;
-    const std::int64_t rest = frame % framesPerTenMinutes;
-    std::int64_t label = frame + dropped * 9 * tens;
-    if (rest > dropped) {
-        label += dropped * ((rest - dropped) / framesPerMinute);
-    }
-    return label;
 }
 
 }  // namespace
@@ -128,17 +113,7 @@ std::int64_t FrameCount(std::int64_t ticks, FrameRate rate) {
 }
 
 std::string Timecode(std::int64_t ticks, FrameRate rate) {
-    const std::int64_t frames = FrameCount(ticks, rate);
-    const std::int64_t nominal = NominalFramesPerSecond(rate);
-    const bool dropFrame = IsDropFrameRate(rate);
-    const std::int64_t magnitude = frames < 0 ? -frames : frames;
-    const std::int64_t label = dropFrame ? DropFrameLabel(magnitude, nominal) : magnitude;
-    const std::int64_t seconds = label / nominal;
-    char text[96];
-    std::snprintf(text, sizeof text, "%s%02lld:%02lld:%02lld%c%02lld", frames < 0 ? "-" : "",
-                  static_cast<long long>(seconds / 3600), static_cast<long long>(seconds / 60 % 60),
-                  static_cast<long long>(seconds % 60), dropFrame ? ';' : ':', static_cast<long long>(label % nominal));
-    return text;
+    return exchange::FramesToTimecode(FrameCount(ticks, rate), {rate.numerator, rate.denominator});
 }
 
 std::string XmpTimeText(std::int64_t ticks, FrameRate rate) {

@@ -4,15 +4,12 @@
 
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
-
-#include <keltemporalxmp/docops.hpp>
-#include <keltemporalxmp/markers.hpp>
 
 #include "CommandList.hpp"
 #include "Documents.hpp"
 #include "MarkerJson.hpp"
+#include "MarkerWriting.hpp"
 #include "Options.hpp"
 
 namespace keltemporalxmp::tool {
@@ -25,62 +22,17 @@ struct WriteMarkersOptions {
     std::optional<FrameRate> rate;
 };
 
-// Tracks store whole frames: a time is kept only when it reads back the same.
-bool StoresExactly(std::int64_t ticks, FrameRate rate) {
-    return XMPDocOpsTemporal::ConvertExternalTimeStringToTicks(XmpTimeText(ticks, rate).c_str(), rate.numerator,
-                                                               rate.denominator, kTicksPerSecond) == ticks;
-}
-
-// The number of the first marker with a time that is not a whole frame at rate, or 0.
-std::size_t FirstInexactMarker(const MarkerList& markers, FrameRate rate) {
-    for (std::size_t i = 0; i < markers.size(); ++i) {
-        if (!StoresExactly(markers[i]->GetStartTime().GetTicks(), rate) ||
-            !StoresExactly(markers[i]->GetDuration().GetTicks(), rate)) {
-            return i + 1;
-        }
-    }
-    return 0;
-}
-
-// The given rate, which must hold every time; else the rate the markers were
-// shown at when it holds them all; else ticks.
-FrameRate WritingRate(const MarkerList& markers, std::optional<FrameRate> given, std::optional<FrameRate> shown) {
-    if (given) {
-        if (const std::size_t inexact = FirstInexactMarker(markers, *given)) {
-            throw InputError("marker " + std::to_string(inexact) + " is not on a whole frame at " +
-                             FrameRateText(*given) + "; give another --frame-rate or leave it out");
-        }
-        return *given;
-    }
-    return shown && FirstInexactMarker(markers, *shown) == 0 ? *shown : kTickRate;
-}
-
-std::size_t TypeCount(const MarkerList& markers) {
-    std::set<UTF16String> types;
-    for (const auto& marker : markers) {
-        types.insert(marker->GetType());
-    }
-    return types.size();
-}
-
 int RunWriteMarkers(const WriteMarkersOptions& options) {
-    MarkerList markers;
-    FrameRate rate;
+    MarkersToWrite markers;
     try {
         MarkersFromJson json = ReadMarkersJsonFile(options.from, options.rate);
-        rate = WritingRate(json.markers, options.rate, json.rate);
-        markers = std::move(json.markers);
+        markers = {std::move(json.markers), options.rate, json.rate};
+        CheckGivenRate(markers);
     } catch (const InputError& error) {
         ReportError(options.from, error.what());
         return kExitBadInput;
     }
-    return ForEachFile({options.file}, [&](const std::string& file) {
-        UpdateDocument(file, options.output,
-                       [&](SXMPMeta& meta) { WriteAllMarkers(markers, meta, rate.numerator, rate.denominator); });
-        std::printf("%s: %zu markers in %zu tracks at %s\n",
-                    options.output.empty() ? file.c_str() : options.output.c_str(), markers.size(), TypeCount(markers),
-                    FrameRateText(rate).c_str());
-    });
+    return WriteMarkersToFile(options.file, markers, options.output, false);
 }
 
 }  // namespace

@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
     const std::vector<CommandEntry> commands = {
         AddMarkersCommand(app), AddTracksCommand(app),   AddIngredientsCommand(app),  AddPantryCommand(app),
         AddCollectCommand(app), AddSegmentsCommand(app), AddWriteMarkersCommand(app), AddAddIngredientCommand(app),
-        AddDumpCommand(app),    AddTimeCommand(app)};
+        AddExportCommand(app),  AddImportCommand(app),   AddDumpCommand(app),         AddTimeCommand(app)};
     if (RefuseUnknownCommand(commands, argc, argv)) {
         return kExitUsage;
     }
