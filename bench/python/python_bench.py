@@ -82,9 +82,9 @@ def read_markers_against_tool(tool, folder, repetitions):
 
 
 def load_scan_example():
-    spec = importlib.util.spec_from_file_location("scan_archive", SOURCE_DIR / "examples" / "python" / "scan_archive.py")
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
+    module_spec = importlib.util.spec_from_file_location("scan_archive", SOURCE_DIR / "examples" / "python" / "scan_archive.py")
+    module = importlib.util.module_from_spec(module_spec)
+    module_spec.loader.exec_module(module)
     return module
 
 

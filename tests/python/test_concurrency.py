@@ -31,9 +31,9 @@ def test_two_threads_read_different_files_at_once():
 
 
 def load_scan_example():
-    spec = importlib.util.spec_from_file_location("scan_archive", SOURCE_DIR / "examples" / "python" / "scan_archive.py")
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
+    module_spec = importlib.util.spec_from_file_location("scan_archive", SOURCE_DIR / "examples" / "python" / "scan_archive.py")
+    module = importlib.util.module_from_spec(module_spec)
+    module_spec.loader.exec_module(module)
     return module
 
 
