@@ -31,6 +31,23 @@ exchange::Rate ExchangeRate(const std::optional<Rate>& rate) {
     return rate ? exchange::Rate{rate->numerator, rate->denominator} : exchange::Rate{};
 }
 
+// A track counted in ticks has no frame rate to lay frames out at.
+exchange::Rate TrackRate(const std::optional<Rate>& rate) {
+    return rate == kTickRate ? exchange::Rate{} : ExchangeRate(rate);
+}
+
+// Copied field by field: the formats hold any text, also the control
+// characters an XMP packet cannot, so text that was imported exports again.
+exchange::ExchangeMarker ExchangeMarkerOf(const MarkerRecord& record) {
+    exchange::ExchangeMarker marker{
+        record.id, record.type, record.name, record.comment, record.start, record.duration, TrackRate(record.frameRate),
+        {}};
+    for (const auto& [key, value] : record.cuePoints) {
+        marker.cuePoints.push_back({key, value});
+    }
+    return marker;
+}
+
 std::optional<Rate> RecordRate(exchange::Rate rate) {
     return rate.IsKnown() ? std::optional(Rate{rate.numerator, rate.denominator}) : std::nullopt;
 }
@@ -65,8 +82,8 @@ std::string Export(py::handle markers, py::handle format, py::handle rate, py::h
     const py::gil_scoped_release unlocked;
     std::vector<exchange::ExchangeMarker> list;
     list.reserve(records.size());
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        list.push_back(exchange::ToExchangeMarker(*MarkerOf(records[i], i + 1), ExchangeRate(records[i].frameRate)));
+    for (const MarkerRecord& record : records) {
+        list.push_back(ExchangeMarkerOf(record));
     }
     return WithArgumentErrors([&] { return exchange::ExportMarkers(list, chosen, options); });
 }

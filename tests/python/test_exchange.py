@@ -71,6 +71,20 @@ def test_json_and_otio_keep_every_field_exactly():
     assert back.frame_rate == (24000, 1001)
 
 
+def test_what_import_gives_exports_again():
+    # A control character no XMP packet can hold is still text a format can.
+    (marker,) = kx.import_markers('{"markers": [{"name": "a\\u0001b", "start": {"ticks": 5}}]}', "json")
+    assert marker.name == "a\x01b"
+    (back,) = kx.import_markers(kx.export([marker], "json"), "json")
+    assert (back.name, back.start) == ("a\x01b", 5)
+
+
+def test_a_track_in_ticks_lays_frames_out_at_the_default_rate():
+    ticks = kx.Marker(name="x", start=SECOND, duration=SECOND, frame_rate=(kx.TICKS_PER_SECOND, 1))
+    unknown = kx.Marker(name="x", start=SECOND, duration=SECOND)
+    assert kx.export([ticks], "edl") == kx.export([unknown], "edl")
+
+
 def test_youtube_keeps_names_and_whole_second_starts(markers):
     with pytest.raises(kx.XMPError, match=r"marker 1 \"Welcome\"") as caught:
         kx.export(markers, "youtube")
