@@ -11,5 +11,6 @@ void BindErrors(py::module_& module);
 void BindTimes(py::module_& module);
 void BindMarkers(py::module_& module);
 void BindComposition(py::module_& module);
+void BindExchange(py::module_& module);
 
 }  // namespace keltemporalxmp::python

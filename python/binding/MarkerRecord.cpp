@@ -74,4 +74,19 @@ std::shared_ptr<Marker> MarkerOf(const MarkerRecord& record, std::size_t number)
     return marker;
 }
 
+std::vector<MarkerRecord> RecordsFrom(py::handle markers) {
+    if (PyUnicode_Check(markers.ptr()) || PyBytes_Check(markers.ptr()) || !py::isinstance<py::iterable>(markers)) {
+        throw ArgumentTypeError("markers must be an iterable of keltemporalxmp.Marker");
+    }
+    std::vector<MarkerRecord> records;
+    for (py::handle item : markers) {
+        if (!py::isinstance<MarkerRecord>(item)) {
+            throw ArgumentTypeError("markers[" + std::to_string(records.size()) +
+                                    "] must be a keltemporalxmp.Marker, not " + Py_TYPE(item.ptr())->tp_name);
+        }
+        records.push_back(item.cast<const MarkerRecord&>());
+    }
+    return records;
+}
+
 }  // namespace keltemporalxmp::python

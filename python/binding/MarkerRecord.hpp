@@ -35,5 +35,7 @@ struct MarkerRecord {
 MarkerRecord RecordOf(const Marker& marker, std::optional<Rate> trackRate);
 // `number` (from 1) names the marker in errors.
 std::shared_ptr<Marker> MarkerOf(const MarkerRecord& record, std::size_t number);
+// Any iterable of kx.Marker (not str or bytes), copied; TypeError otherwise.
+std::vector<MarkerRecord> RecordsFrom(py::handle markers);
 
 }  // namespace keltemporalxmp::python

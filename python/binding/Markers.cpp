@@ -89,21 +89,6 @@ Rate WritingRate(const std::vector<MarkerRecord>& records, std::optional<Rate> g
     return kTickRate;
 }
 
-std::vector<MarkerRecord> RecordsFrom(py::handle markers) {
-    if (PyUnicode_Check(markers.ptr()) || PyBytes_Check(markers.ptr()) || !py::isinstance<py::iterable>(markers)) {
-        throw ArgumentTypeError("markers must be an iterable of keltemporalxmp.Marker");
-    }
-    std::vector<MarkerRecord> records;
-    for (py::handle item : markers) {
-        if (!py::isinstance<MarkerRecord>(item)) {
-            throw ArgumentTypeError("markers[" + std::to_string(records.size()) +
-                                    "] must be a keltemporalxmp.Marker, not " + Py_TYPE(item.ptr())->tp_name);
-        }
-        records.push_back(item.cast<const MarkerRecord&>());
-    }
-    return records;
-}
-
 py::object WriteMarkers(py::handle path, py::handle markers, py::handle frameRate, py::handle output) {
     const std::string file = PathFrom(path, "path");
     const std::string target = output.is_none() ? std::string() : PathFrom(output, "output");

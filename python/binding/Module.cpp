@@ -13,4 +13,5 @@ PYBIND11_MODULE(_core, module) {
     BindTimes(module);
     BindMarkers(module);
     BindComposition(module);
+    BindExchange(module);
 }

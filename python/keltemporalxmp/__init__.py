@@ -12,9 +12,13 @@ Errors: XMPError (with .id and .message) for bad XMP and the library's own
 errors; OSError subclasses (FileNotFoundError, PermissionError, ...) for
 files; ValueError and TypeError for bad arguments.
 
-Threads: read_markers, write_markers, collect, ingredients and pantry release
-the GIL while they read files and parse, so other Python threads run
-meanwhile. The XMP toolkit underneath holds one process-wide lock around each
+Exchange: export(markers, "webvtt") gives the markers as text other tools
+read (chapters, subtitles, edl, csv, ...); import_markers(text, "webvtt")
+reads them back.
+
+Threads: read_markers, write_markers, collect, ingredients, pantry, export
+and import_markers release the GIL while they read files, parse and convert,
+so other Python threads run meanwhile. The XMP toolkit underneath holds one process-wide lock around each
 of its calls, so two threads reading files at once are safe but parse one at
 a time; only the library's own work on the parsed metadata overlaps. To use
 several cores, use several processes: that is why a Dask cluster for this
@@ -30,7 +34,9 @@ from ._core import (
     XMPError,
     __version__,
     collect,
+    export,
     from_ticks,
+    import_markers,
     ingredients,
     pantry,
     read_markers,
@@ -47,7 +53,9 @@ __all__ = [
     "XMPError",
     "__version__",
     "collect",
+    "export",
     "from_ticks",
+    "import_markers",
     "ingredients",
     "pantry",
     "read_markers",

@@ -7,6 +7,7 @@ TICKS_PER_SECOND: int
 Source = Union[str, os.PathLike[str], os.PathLike[bytes], bytes, bytearray, memoryview]
 Path = Union[str, os.PathLike[str], os.PathLike[bytes]]
 Rate = tuple[int, int]
+Format = Literal["youtube", "ffmetadata", "webvtt", "srt", "edl", "csv", "tsv", "audacity", "otio", "json"]
 
 class XMPError(Exception):
     id: int
@@ -102,3 +103,15 @@ def ingredients(source: Source) -> list[Ingredient]: ...
 def pantry(source: Source) -> list[PantryEntry]: ...
 def to_ticks(text: str, rate: Optional[Rate] = None) -> Optional[int]: ...
 def from_ticks(ticks: Optional[int], rate: Optional[Rate] = None) -> str: ...
+def export(
+    markers: Iterable[Marker],
+    format: Format,
+    *,
+    rate: Optional[Rate] = None,
+    timecode_start: str = "00:00:00:00",
+    title: str = "Markers",
+    force: bool = False,
+) -> str: ...
+def import_markers(
+    text: str, format: Format, *, frame_rate: Optional[Rate] = None, type: Optional[str] = None
+) -> list[Marker]: ...
