@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,7 @@
 
 #include <keltemporalxmp/docops.hpp>
 #include <keltemporalxmp/markers.hpp>
+#include <keltemporalxmp/streamread.hpp>
 
 #include "Arguments.hpp"
 #include "Bindings.hpp"
@@ -19,24 +21,38 @@
 namespace keltemporalxmp::python {
 namespace {
 
-// ReadAllMarkers gives the markers track by track, each track's in its own
-// order, so the n-th marker lies on the track that holds the n-th record.
-std::vector<Rate> MarkerRates(SXMPMeta& meta) {
-    XMPDocOpsTemporal document;
-    document.OpenXMP(&meta, "");
+// The markers come track by track, each track's in its own order, so the
+// n-th marker lies on the track that holds the n-th record.
+std::vector<Rate> MarkerRates(std::span<const XMPTrack> tracks) {
     std::vector<Rate> rates;
-    for (auto track = document.TrackListIteratorBegin(); track != document.TrackListIteratorEnd(); ++track) {
-        rates.insert(rates.end(), track->GetMarkers().size(),
-                     Rate{track->GetFrameRateNumerator(), track->GetFrameRateDenominator()});
+    for (const XMPTrack& track : tracks) {
+        rates.insert(rates.end(), track.GetMarkers().size(),
+                     Rate{track.GetFrameRateNumerator(), track.GetFrameRateDenominator()});
     }
     return rates;
 }
 
-std::vector<MarkerRecord> ReadRecords(const Source& source) {
+// Packet text goes through the streaming reader, which hands back whatever it
+// cannot read with certainty; that, and media files, the toolkit reads.
+std::vector<XMPTrack> ReadTracks(const Source& source) {
+    std::vector<XMPTrack> tracks;
+    const std::optional<std::string> text = PacketTextOf(source);
+    if (text && StreamReadTracks(*text, tracks)) {
+        return tracks;
+    }
+    tracks.clear();
     SXMPMeta meta = LoadSource(source);
+    XMPDocOpsTemporal document;
+    document.OpenXMP(&meta, "");
+    tracks.assign(document.TrackListIteratorBegin(), document.TrackListIteratorEnd());
+    return tracks;
+}
+
+std::vector<MarkerRecord> ReadRecords(const Source& source) {
+    const std::vector<XMPTrack> tracks = ReadTracks(source);
     MarkerList markers;
-    ReadAllMarkers(meta, markers);
-    const std::vector<Rate> rates = MarkerRates(meta);
+    AppendMarkersOfTracks(tracks, markers);
+    const std::vector<Rate> rates = MarkerRates(tracks);
     std::vector<MarkerRecord> records;
     records.reserve(markers.size());
     for (std::size_t i = 0; i < markers.size(); ++i) {

@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <string_view>
 #include <system_error>
 
@@ -150,6 +152,32 @@ Source SourceFrom(py::handle source) {
                                 TypeName(source));
     }
     return Source{false, PathFrom(source, "source"), {}};
+}
+
+std::optional<std::string> PacketTextOf(const Source& source) {
+    if (source.isPacket) {
+        return source.packet;
+    }
+    if (!IsSidecar(source.path)) {
+        return std::nullopt;
+    }
+    RequireRegularFile(source.path, R_OK);
+    std::ifstream file(source.path, std::ios::binary);
+    std::string text;
+    if (file) {
+        file.seekg(0, std::ios::end);
+        const std::streamoff size = file.tellg();
+        if (size < 0 || static_cast<std::uint64_t>(size) > XMP_PacketLimits::kMaxPacketBytes) {
+            return std::nullopt;
+        }
+        text.resize(static_cast<std::size_t>(size));
+        file.seekg(0);
+        file.read(text.data(), size);
+    }
+    if (!file) {
+        return std::nullopt;  // the toolkit path says what is wrong
+    }
+    return text;
 }
 
 SXMPMeta LoadSource(const Source& source) {

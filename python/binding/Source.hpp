@@ -3,6 +3,7 @@
 // given as bytes) and where written XMP goes. Taking the argument apart needs
 // the GIL; loading and storing do not, and run without it.
 
+#include <optional>
 #include <string>
 
 #include <xmptoolkit/XMP.hpp>
@@ -21,6 +22,10 @@ struct Source {
 Source SourceFrom(py::handle source);
 // str or os.PathLike only; `argument` names it in the error.
 std::string PathFrom(py::handle path, const char* argument);
+
+// The packet's text itself: the bytes given, or a sidecar's contents; none
+// for a media file, whose packet only the toolkit's file handlers find.
+std::optional<std::string> PacketTextOf(const Source& source);
 
 // Empty metadata for a file without XMP.
 SXMPMeta LoadSource(const Source& source);
