@@ -198,6 +198,20 @@ private:
     std::vector<XMPKeywordData> m_KeywordList;
 };
 
+// A record's form as the tool and the Python package name it: "marker",
+// "report-back" or "component".
+inline const char* CollectedFormName(XMPTemporalMetadataInfo::_infoFormEnum form) {
+    switch (form) {
+        case XMPTemporalMetadataInfo::kInfoForm_Marker:
+            return "marker";
+        case XMPTemporalMetadataInfo::kInfoForm_MarkerReportback:
+            return "report-back";
+        case XMPTemporalMetadataInfo::kInfoForm_ComponentMetadataReportback:
+            return "component";
+    }
+    return "unknown";
+}
+
 // --- Tracks -------------------------------------------------------------------------
 
 class KELTXMP_API XMPTrack {

@@ -48,18 +48,6 @@ struct PantryEntry {
     int ingredients;
 };
 
-const char* FormName(XMPTemporalMetadataInfo::_infoFormEnum form) {
-    switch (form) {
-        case XMPTemporalMetadataInfo::kInfoForm_Marker:
-            return "marker";
-        case XMPTemporalMetadataInfo::kInfoForm_MarkerReportback:
-            return "report-back";
-        case XMPTemporalMetadataInfo::kInfoForm_ComponentMetadataReportback:
-            return "component";
-    }
-    return "unknown";
-}
-
 std::string Field(const XMPTemporalMetadataInfo& info, XMPTemporalMetadataInfo::_infoFieldEnum field) {
     std::string value;
     info.GetMarkerField(&value, field);
@@ -87,7 +75,8 @@ std::vector<Collected> Collect(py::handle source, py::handle start, py::handle d
         if (type.empty()) {
             type = Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedTrackType);
         }
-        result.push_back({FormName(info.GetInfoForm()), type, Field(info, XMPTemporalMetadataInfo::kInfoField_Name),
+        result.push_back({CollectedFormName(info.GetInfoForm()), type,
+                          Field(info, XMPTemporalMetadataInfo::kInfoField_Name),
                           Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedTrackName),
                           Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedContainingInstanceID),
                           Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedPartMapping), info.GetStartTime(),

@@ -23,18 +23,6 @@ struct CollectOptions {
     CollectRangeOptions range;
 };
 
-const char* FormName(XMPTemporalMetadataInfo::_infoFormEnum form) {
-    switch (form) {
-        case XMPTemporalMetadataInfo::kInfoForm_Marker:
-            return "marker";
-        case XMPTemporalMetadataInfo::kInfoForm_MarkerReportback:
-            return "report-back";
-        case XMPTemporalMetadataInfo::kInfoForm_ComponentMetadataReportback:
-            return "component";
-    }
-    return "unknown";
-}
-
 std::string Field(const XMPTemporalMetadataInfo& info, XMPTemporalMetadataInfo::_infoFieldEnum field) {
     std::string value;
     info.GetMarkerField(&value, field);
@@ -61,9 +49,9 @@ FileReport ReportCollection(const std::string& file, const CollectRange& range) 
         const std::string instance = Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedContainingInstanceID);
         const std::string mapping = Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedPartMapping);
         report.table.AddRow({SecondsCell(info.GetReportedClippedStartTime()),
-                             SecondsCell(info.GetReportedClippedDuration()), FormName(info.GetInfoForm()), type, name,
-                             track, instance, mapping});
-        list.push_back({{"form", FormName(info.GetInfoForm())},
+                             SecondsCell(info.GetReportedClippedDuration()), CollectedFormName(info.GetInfoForm()),
+                             type, name, track, instance, mapping});
+        list.push_back({{"form", CollectedFormName(info.GetInfoForm())},
                         {"type", type},
                         {"name", name},
                         {"track", track},
