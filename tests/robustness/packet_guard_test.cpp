@@ -124,6 +124,29 @@ TEST(PacketGuard, DeepestAcceptedPacketsParseSerializeAndFreeOnASmallStack) {
     }
 }
 
+// A struct given as attributes of its element is written back one level
+// deeper, so a packet read at the depth limit may not serialize: refused there,
+// under the serializer's id, rather than written as a packet nothing reads.
+TEST(PacketGuard, SerializingNeverWritesWhatTheGuardRefuses) {
+    const NestingForm& form = kNestingForms.front();
+    const std::uint64_t steps = StepsWithin(form);
+    const std::string packet =
+        Wrapped(Repeated(form.open, steps) + "<dc:leaf dc:field='v'/>" + Repeated(form.close, steps));
+    SXMPMeta meta = Parse(packet);
+    std::string serialized = "untouched";
+    try {
+        meta.SerializeToBuffer(&serialized);
+        FAIL() << "serialized " << serialized.size() << " bytes";
+    } catch (const XMP_Error& error) {
+        EXPECT_EQ(error.GetID(), kXMPErr_BadSerialize);
+        EXPECT_NE(std::string(error.GetErrMsg()).find("kMaxNestingDepth"), std::string::npos) << error.GetErrMsg();
+    }
+    EXPECT_EQ(serialized, "untouched");
+    Parse(Wrapped(Repeated(form.open, steps - 1) + "<dc:leaf dc:field='v'/>" + Repeated(form.close, steps - 1)))
+        .SerializeToBuffer(&serialized);
+    EXPECT_NO_THROW(Parse(serialized));
+}
+
 struct WidthCase {
     const char* name;
     std::function<std::string(std::uint64_t)> packet;

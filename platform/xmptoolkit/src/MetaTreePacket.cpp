@@ -1,3 +1,5 @@
+#include <string>
+
 #include "MetaTree.hpp"
 #include "PacketGuard.hpp"
 #include "PacketText.hpp"
@@ -30,7 +32,11 @@ void MetaTree::Serialize(std::string* packet, XMP_OptionBits options, XMP_String
     XmpText text;
     RequireSuccess(CallToolkit([&] { return xmp_serialize(Handle(), text.Get(), options, padding); }), kOperation, "",
                    kXMPErr_BadSerialize);
-    text.CopyTo(packet);
+    std::string written;
+    text.CopyTo(&written);
+    // Nothing is written that the guard would refuse to read back.
+    GuardPacket(written, kOperation, kXMPErr_BadSerialize);
+    *packet = std::move(written);
 }
 
 // The toolkit's own copy shares the tree. A trip through a packet would be

@@ -235,13 +235,14 @@ private:
     bool m_stopped = false;
 };
 
-std::size_t GuardOne(std::string_view text, std::string_view operation, std::string_view path, std::string_view where) {
+std::size_t GuardOne(std::string_view text, std::string_view operation, std::string_view path, std::string_view where,
+                     int errorId) {
     LimitScan scan;
     const std::size_t read = scan.Run(text);
     if (const auto& breach = scan.GetBreach()) {
         std::string detail = breach->m_what;
         detail.append(" at line ").append(std::to_string(breach->m_line)).append(where);
-        RaiseError(kXMPErr_BadXML, operation, path, detail);
+        RaiseError(errorId, operation, path, detail);
     }
     return read;
 }
@@ -258,12 +259,12 @@ std::string Utf16(std::string_view ascii, bool little) {
 
 }  // namespace
 
-void GuardPacket(std::string_view packet, std::string_view operation) {
+void GuardPacket(std::string_view packet, std::string_view operation, int errorId) {
     constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
     if (packet.starts_with(kUtf8Mark)) packet.remove_prefix(kUtf8Mark.size());
     if (packet.size() > Limits::kMaxPacketBytes)
-        RaiseError(kXMPErr_BadXML, operation, "", Exceeded("packet bytes", Limits::kMaxPacketBytes, "kMaxPacketBytes"));
-    GuardOne(packet, operation, "", "");
+        RaiseError(errorId, operation, "", Exceeded("packet bytes", Limits::kMaxPacketBytes, "kMaxPacketBytes"));
+    GuardOne(packet, operation, "", "", errorId);
 }
 
 void GuardEmbeddedPackets(std::string_view fileBytes, std::string_view operation, std::string_view path) {
@@ -293,7 +294,7 @@ void GuardEmbeddedPackets(std::string_view fileBytes, std::string_view operation
         }
         if (start == std::string_view::npos) return;
         const std::string where = " of the packet at byte " + std::to_string(start);
-        at = start + GuardOne(fileBytes.substr(start), operation, path, where);
+        at = start + GuardOne(fileBytes.substr(start), operation, path, where, kXMPErr_BadXML);
     }
 }
 

@@ -8,9 +8,13 @@
 
 #include <string_view>
 
+#include <xmptoolkit/XMP_Const.hpp>
+
 namespace xmptoolkit_detail {
 
-void GuardPacket(std::string_view packet, std::string_view operation);
+// `errorId` lets the serializer refuse its own output under its own id: the
+// toolkit writes some compact forms out at one more level than they were read.
+void GuardPacket(std::string_view packet, std::string_view operation, int errorId = kXMPErr_BadXML);
 
 // Every packet a file handler could find in a media file's bytes: text that
 // starts with an xpacket header, x:xmpmeta or rdf:RDF, in UTF-8 or UTF-16.
