@@ -118,9 +118,8 @@ py::object WriteMarkers(py::handle path, py::handle markers, py::handle frameRat
             list.push_back(MarkerOf(records[i], i + 1));
         }
         rate = WritingRate(records, given);
-        SXMPMeta meta = LoadSource(Source{false, file, {}});
-        WriteAllMarkers(list, meta, rate.numerator, rate.denominator);
-        StoreDocument(file, meta, target);
+        UpdateDocument(file, target,
+                       [&](SXMPMeta& meta) { WriteAllMarkers(list, meta, rate.numerator, rate.denominator); });
     }
     return RateObject(rate);
 }

@@ -3,16 +3,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
-#include <system_error>
 
+#include <xmptoolkit/DocumentFiles.hpp>
 #include <xmptoolkit/XMP_PacketLimits.hpp>
 
 #include "Errors.hpp"
@@ -43,13 +41,6 @@ std::string BytesOf(py::handle object) {
     throw FileError(number, path, std::strerror(number));
 }
 
-bool IsSidecar(const std::string& path) {
-    std::string extension = fs::path(path).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return extension == ".xmp";
-}
-
 // Checked before the toolkit sees the file: a FIFO or a device would block
 // or stream without end, and the errno gives the right OSError.
 void RequireRegularFile(const std::string& path, int access) {
@@ -74,50 +65,6 @@ void RequireWritableDirectoryOf(const std::string& path) {
     const std::string directory = parent.empty() ? "." : parent.string();
     if (::access(directory.c_str(), W_OK) != 0) {
         FailWithErrno(directory);
-    }
-}
-
-// A format without a file handler is scanned for its packet.
-void OpenXmpFile(SXMPFiles& file, const std::string& path, XMP_OptionBits openFlags) {
-    try {
-        file.OpenFile(path.c_str(), kXMP_UnknownFile, openFlags);
-    } catch (const XMP_Error& error) {
-        if (error.GetID() != kXMPErr_NoFileHandler) {
-            throw;
-        }
-        file.OpenFile(path.c_str(), kXMP_UnknownFile, openFlags | kXMPFiles_OpenUsePacketScanning);
-    }
-}
-
-void PutInPlace(const std::string& path, const SXMPMeta& meta) {
-    SXMPFiles file;
-    OpenXmpFile(file, path, kXMPFiles_OpenForUpdate);
-    file.PutXMP(meta);
-    file.CloseFile(kXMPFiles_UpdateSafely);
-}
-
-// Hidden beside the output with its extension, so the file handlers know it
-// and the rename stays on one file system.
-fs::path TemporaryBeside(const fs::path& output) {
-    const fs::path directory = output.has_parent_path() ? output.parent_path() : fs::path(".");
-    return directory / ("." + output.stem().string() + ".keltemporalxmp-" + std::to_string(::getpid()) +
-                        output.extension().string());
-}
-
-void PutIntoCopy(const std::string& path, const SXMPMeta& meta, const std::string& output) {
-    const fs::path temporary = TemporaryBeside(output);
-    try {
-        fs::copy_file(path, temporary, fs::copy_options::overwrite_existing);
-        PutInPlace(temporary.string(), meta);
-        fs::rename(temporary, output);
-    } catch (const fs::filesystem_error& error) {
-        std::error_code ignored;
-        fs::remove(temporary, ignored);
-        throw FileError(error.code().value(), output, error.code().message());
-    } catch (...) {
-        std::error_code ignored;
-        fs::remove(temporary, ignored);
-        throw;
     }
 }
 
@@ -158,7 +105,7 @@ std::optional<std::string> PacketTextOf(const Source& source) {
     if (source.isPacket) {
         return source.packet;
     }
-    if (!IsSidecar(source.path)) {
+    if (!xmptoolkit::IsSidecarPath(source.path)) {
         return std::nullopt;
     }
     RequireRegularFile(source.path, R_OK);
@@ -185,28 +132,16 @@ SXMPMeta LoadSource(const Source& source) {
         return SXMPMeta(source.packet.data(), static_cast<XMP_StringLen>(source.packet.size()));
     }
     RequireRegularFile(source.path, R_OK);
-    SXMPFiles file;
-    OpenXmpFile(file, source.path, kXMPFiles_OpenForRead);
-    SXMPMeta meta;
-    file.GetXMP(&meta);
-    file.CloseFile();
-    return meta;
+    return xmptoolkit::ReadDocumentXMP(source.path);
 }
 
-void StoreDocument(const std::string& path, const SXMPMeta& meta, const std::string& output) {
-    const std::string& target = output.empty() ? path : output;
-    if (target == path) {
-        RequireRegularFile(path, W_OK);
-    }
-    RequireWritableDirectoryOf(target);
-    if (IsSidecar(target) || target == path) {
-        PutInPlace(target, meta);
-        return;
-    }
-    if (IsSidecar(path)) {
+void UpdateDocument(const std::string& path, const std::string& output, const xmptoolkit::XMPEdit& edit) {
+    RequireRegularFile(path, output.empty() ? R_OK | W_OK : R_OK);
+    if (!output.empty() && !xmptoolkit::IsSidecarPath(output) && xmptoolkit::IsSidecarPath(path)) {
         throw ArgumentError("the XMP of a sidecar can only be written to a sidecar (.xmp), not to " + output);
     }
-    PutIntoCopy(path, meta, output);
+    RequireWritableDirectoryOf(output.empty() ? path : output);
+    xmptoolkit::PutDocumentXMP(path, output, SXMPMeta(), &edit);
 }
 
 }  // namespace keltemporalxmp::python

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include <xmptoolkit/DocumentFiles.hpp>
 #include <xmptoolkit/XMP.hpp>
 
 #include "Bindings.hpp"
@@ -30,9 +31,10 @@ std::optional<std::string> PacketTextOf(const Source& source);
 // Empty metadata for a file without XMP.
 SXMPMeta LoadSource(const Source& source);
 
-// Puts meta into the file at path, or into output when that is not empty (a
-// sidecar, or a copy of the media file at path); every existing file stays as
-// it was when this fails.
-void StoreDocument(const std::string& path, const SXMPMeta& meta, const std::string& output);
+// Reads the XMP of the file at path, lets edit change it and puts it back, or
+// into output when that is not empty (a sidecar, or a copy of the media file
+// at path). Writing in place holds the file's lock from the read to the
+// write; every existing file stays as it was when this fails.
+void UpdateDocument(const std::string& path, const std::string& output, const xmptoolkit::XMPEdit& edit);
 
 }  // namespace keltemporalxmp::python

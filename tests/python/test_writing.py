@@ -135,6 +135,20 @@ def test_media_file_in_place_and_as_a_copy(tmp_path):
         assert reread.getnframes() == 800
 
 
+def test_a_planted_link_beside_the_output_is_left_alone(tmp_path):
+    audio = silent_wav(tmp_path / "a.wav")
+    victim = tmp_path / "victim.txt"
+    victim.write_bytes(b"keep me")
+    # Where a temporary copy with a predictable name would have gone.
+    import os
+
+    planted = tmp_path / f".copy.keltemporalxmp-{os.getpid()}.wav"
+    planted.symlink_to(victim)
+    kx.write_markers(audio, [EVERYTHING], output=tmp_path / "copy.wav")
+    assert victim.read_bytes() == b"keep me" and planted.is_symlink()
+    assert [fields(m) for m in kx.read_markers(tmp_path / "copy.wav")] == [fields(EVERYTHING)]
+
+
 def test_marker_objects():
     marker = kx.Marker(name="Intro", type="Chapter", start=0, duration=SECOND, comment="", cue_points=[("key", "value")])
     assert (marker.name, marker.type, marker.start, marker.duration, marker.cue_points) == (

@@ -3,12 +3,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
-#include <system_error>
 
+#include <xmptoolkit/DocumentFiles.hpp>
 #include <xmptoolkit/XMP_PacketLimits.hpp>
 
 #include "Errors.hpp"
@@ -17,53 +15,8 @@
 namespace keltemporalxmp::tool {
 namespace {
 
-namespace fs = std::filesystem;
-
 // Below this many files a progress line would only flicker.
 constexpr std::size_t kProgressMinimumFiles = 5;
-
-// A format without a file handler is scanned for its packet, which can then
-// only be rewritten in place, within its padding.
-void OpenXmpFile(SXMPFiles& file, const std::string& path, XMP_OptionBits openFlags) {
-    try {
-        file.OpenFile(path.c_str(), kXMP_UnknownFile, openFlags);
-    } catch (const XMP_Error& error) {
-        if (error.GetID() != kXMPErr_NoFileHandler) {
-            throw;
-        }
-        file.OpenFile(path.c_str(), kXMP_UnknownFile, openFlags | kXMPFiles_OpenUsePacketScanning);
-    }
-}
-
-bool IsSameFile(const std::string& path, const std::string& output) {
-    std::error_code error;
-    return output == path || fs::equivalent(path, output, error);
-}
-
-// The file stays locked from reading to writing; without `edit` nothing is
-// read and `meta` is written as it is.
-void PutInPlace(const std::string& path, SXMPMeta& meta, const std::function<void(SXMPMeta&)>* edit) {
-    SXMPFiles file;
-    OpenXmpFile(file, path, kXMPFiles_OpenForUpdate);
-    if (edit != nullptr) {
-        file.GetXMP(&meta);
-        (*edit)(meta);
-    }
-    file.PutXMP(meta);
-    file.CloseFile(kXMPFiles_UpdateSafely);
-}
-
-// A copy of the media file at `path` with the new XMP replaces `output`.
-void PutIntoCopy(const std::string& path, const SXMPMeta& meta, const std::string& output) {
-    try {
-        SXMPFiles::PutXMPIntoCopy(path.c_str(), output.c_str(), meta);
-    } catch (const XMP_Error& error) {
-        if (error.GetID() != kXMPErr_NoFileHandler) {
-            throw;
-        }
-        SXMPFiles::PutXMPIntoCopy(path.c_str(), output.c_str(), meta, kXMPFiles_OpenUsePacketScanning);
-    }
-}
 
 // The toolkit would block on a FIFO and read a device without end.
 void CheckDocumentFile(const std::string& path) {
@@ -71,25 +24,13 @@ void CheckDocumentFile(const std::string& path) {
 }
 
 // With `edit`, the XMP of `path` is read, edited and written; without, `meta`.
-void PutDocument(const std::string& path, const std::string& output, SXMPMeta meta,
-                 const std::function<void(SXMPMeta&)>* edit) {
+void PutDocument(const std::string& path, const std::string& output, const SXMPMeta& meta,
+                 const xmptoolkit::XMPEdit* edit) {
     CheckDocumentFile(path);
-    if (output.empty() || IsSameFile(path, output)) {
-        PutInPlace(path, meta, edit);
-        return;
-    }
-    if (!IsSidecar(output) && IsSidecar(path)) {
+    if (!output.empty() && !IsSidecar(output) && IsSidecar(path)) {
         throw UsageError("the XMP of a sidecar can only be written to a sidecar (.xmp), not to " + output);
     }
-    if (edit != nullptr) {
-        meta = ReadDocument(path);
-        (*edit)(meta);
-    }
-    if (IsSidecar(output)) {
-        PutInPlace(output, meta, nullptr);
-    } else {
-        PutIntoCopy(path, meta, output);
-    }
+    xmptoolkit::PutDocumentXMP(path, output, meta, edit);
 }
 
 class Progress {
@@ -121,20 +62,12 @@ private:
 }  // namespace
 
 bool IsSidecar(const std::string& path) {
-    std::string extension = fs::path(path).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return extension == ".xmp";
+    return xmptoolkit::IsSidecarPath(path);
 }
 
 SXMPMeta ReadDocument(const std::string& path) {
     CheckDocumentFile(path);
-    SXMPFiles file;
-    OpenXmpFile(file, path, kXMPFiles_OpenForRead);
-    SXMPMeta meta;
-    file.GetXMP(&meta);
-    file.CloseFile();
-    return meta;
+    return xmptoolkit::ReadDocumentXMP(path);
 }
 
 void UpdateDocument(const std::string& path, const std::string& output, const std::function<void(SXMPMeta&)>& edit) {
