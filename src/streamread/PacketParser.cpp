@@ -139,6 +139,13 @@ void XMLCALL PacketParser::OnNamespace(void* self, const XML_Char* /*prefix*/, c
     if (IsUnwritable(uri)) {
         parser.m_walk.GiveUp();
     }
+    // Past the guard's limit the toolkit path refuses the packet.
+    if (uri != nullptr && *uri != '\0') {
+        parser.m_namespaces.emplace(uri);
+        if (parser.m_namespaces.size() > XMP_PacketLimits::kMaxNamespaces) {
+            parser.m_walk.GiveUp();
+        }
+    }
     parser.StopIfGaveUp();
 }
 

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include <expat.h>
@@ -42,8 +43,9 @@ private:
     RdfWalk& m_walk;
     XML_Parser m_parser;
     std::uint64_t m_bytes = 0;
-    std::vector<XmlName> m_attributeNames;  // reused for every element
-    std::string m_tail;                     // the last bytes fed
+    std::vector<XmlName> m_attributeNames;         // reused for every element
+    std::string m_tail;                            // the last bytes fed
+    std::unordered_set<std::string> m_namespaces;  // distinct URIs declared
 };
 
 }  // namespace gnu::visibility("hidden")]]streamread

@@ -60,4 +60,17 @@ inline std::string AttributesOfAnEmptyRoot(std::uint64_t count) {
     return "<x:xmpmeta xmlns:x='adobe:ns:meta/'" + attributes + "/>";
 }
 
+// Properties each in a namespace of its own, declared on the property; with
+// `distinct` false they all share one URI, as some writers repeat it.
+inline std::string NamespacedProperties(std::uint64_t count, bool distinct = true) {
+    std::string properties;
+    for (std::uint64_t i = 0; i < count; ++i) {
+        const std::string prefix = "n" + std::to_string(i);
+        const std::string uri = "http://example.com/" + (distinct ? std::to_string(i) : std::string("same")) + "/";
+        const std::string name = prefix + ":p" + std::to_string(i);
+        properties += "<" + name + " xmlns:" + prefix + "='" + uri + "'>v</" + name + ">";
+    }
+    return Wrapped(properties);
+}
+
 }  // namespace hostile

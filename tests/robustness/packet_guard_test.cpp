@@ -162,6 +162,8 @@ TEST(PacketGuard, RefusesWidthPastTheLimits) {
         {"attributes of one element", Attributes, Limits::kMaxAttributes, "kMaxAttributes"},
         {"attributes of an empty root", AttributesOfAnEmptyRoot, Limits::kMaxAttributes, "kMaxAttributes"},
         {"items of one array", ArrayItems, Limits::kMaxChildren, "kMaxChildren"},
+        {"namespaces, each registered for good", [](std::uint64_t count) { return NamespacedProperties(count); },
+         Limits::kMaxNamespaces, "kMaxNamespaces"},
     };
     for (const WidthCase& widthCase : cases) {
         SCOPED_TRACE(widthCase.name);
@@ -170,9 +172,10 @@ TEST(PacketGuard, RefusesWidthPastTheLimits) {
     }
 }
 
-TEST(PacketGuard, LongArraysStillParse) {
+TEST(PacketGuard, LongArraysAndRepeatedDeclarationsStillParse) {
     const SXMPMeta meta = Parse(ArrayItems(300000));
     EXPECT_EQ(meta.CountArrayItems(kDc.c_str(), "subject"), 300000);
+    EXPECT_NO_THROW(Parse(NamespacedProperties(Limits::kMaxNamespaces + 1, false)));
 }
 
 }  // namespace

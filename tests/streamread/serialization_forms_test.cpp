@@ -52,6 +52,17 @@ std::string Utf16(const std::string& ascii) {
     return text;
 }
 
+// Properties each declaring its namespace: distinct URIs, or all `shared`.
+std::string Namespaces(int count, const std::string& shared = "") {
+    std::string properties;
+    for (int i = 0; i < count; ++i) {
+        const std::string name = "n" + std::to_string(i) + ":p" + std::to_string(i);
+        properties += "<" + name + " xmlns:n" + std::to_string(i) + "=\"http://example.com/" +
+                      (shared.empty() ? std::to_string(i) : shared) + "/\">v</" + name + ">";
+    }
+    return properties;
+}
+
 enum class Expect { kRead, kHandedOver };
 
 struct Form {
@@ -159,6 +170,9 @@ const Form kForms[] = {
             "<xmp:Rating>1</xmp:Rating>"),
      Expect::kHandedOver},
     {"truncated", Packet(Track(Marker(kFields))).substr(0, 300), Expect::kHandedOver},
+    {"namespaces past the limit", Packet(Track(Marker(kFields)) + Namespaces(1000)), Expect::kHandedOver},
+    {"one namespace declared again and again", Packet(Track(Marker(kFields)) + Namespaces(1000, "same")),
+     Expect::kRead},
     {"not XMP", "<html><body/></html>", Expect::kHandedOver},
     {"empty", "", Expect::kHandedOver},
     {"UTF-16", Utf16(Packet(Track(Marker(kFields)))), Expect::kRead},

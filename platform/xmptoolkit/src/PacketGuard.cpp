@@ -8,6 +8,7 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include <expat.h>
@@ -188,6 +189,8 @@ private:
         const std::uint64_t attributeCount = CountAttributes(attributes);
         if (attributeCount > Limits::kMaxAttributes)
             return Stop(Exceeded("attributes of one element", Limits::kMaxAttributes, "kMaxAttributes"));
+        if (attributeCount > 0 && !AddNamespaces(attributes))
+            return Stop(Exceeded("namespace URIs declared", Limits::kMaxNamespaces, "kMaxNamespaces"));
         if (attributeCount > 0 && HasUnwritableAttribute(attributes))
             return Stop("an rdf:about value or namespace URI with '\"', '<' or '&', which could not be written back,");
         const bool named = !IsArrayItem(name, attributes);
@@ -198,6 +201,14 @@ private:
         }
         m_levels.push_back(Level{0, 0, 0, named});
         AddNamedToInnermost(attributeCount);  // attributes of an element become its fields
+    }
+
+    // False past the limit of distinct URIs.
+    bool AddNamespaces(const XML_Char** attributes) {
+        for (const XML_Char** attribute = attributes; *attribute != nullptr; attribute += 2) {
+            if (std::strncmp(*attribute, "xmlns", 5) == 0 && *attribute[1] != '\0') m_namespaces.emplace(attribute[1]);
+        }
+        return m_namespaces.size() <= Limits::kMaxNamespaces;
     }
 
     bool AddNamedToInnermost(std::uint64_t count) {
@@ -232,6 +243,7 @@ private:
     XML_Parser m_parser;
     std::vector<Level> m_levels;
     std::optional<Breach> m_breach;
+    std::unordered_set<std::string> m_namespaces;
     bool m_stopped = false;
 };
 

@@ -18,6 +18,9 @@ struct XMP_PacketLimits {
     // Children of one element, array items included: the tree of a million
     // markers already takes about 10 GB.
     static constexpr std::uint64_t kMaxChildren = 1000000;
-    static constexpr std::uint64_t kMaxAttributes = 1000;         // attributes of one element
+    static constexpr std::uint64_t kMaxAttributes = 1000;  // attributes of one element
+    // Distinct namespace URIs declared in one packet. The toolkit registers
+    // each for the rest of the process (about 330 bytes that are never freed).
+    static constexpr std::uint64_t kMaxNamespaces = 1000;
     static constexpr std::uint64_t kMaxPacketBytes = 1ull << 30;  // bytes of packet text
 };
