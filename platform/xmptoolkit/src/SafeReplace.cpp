@@ -42,8 +42,9 @@ std::string TemporaryName(const fs::path& destination) {
     return "." + destination.stem().string().substr(0, kMaximumNamePart) + ".keltemporalxmp-" + hex + extension;
 }
 
-// Blocks the signals the tool ends on while the temporary file becomes the
-// destination, so a handler never sees a half-finished rename.
+// Blocks the signals the tool ends on while the temporary file is created and
+// while it becomes the destination, so a handler never sees a file it does
+// not know of or a half-finished rename.
 class SignalsHeld {
 public:
     SignalsHeld() {
@@ -80,6 +81,8 @@ ReplacementFile::ReplacementFile(const std::string& path)
     const std::string folder = destination.parent_path().string();
     m_folder = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (m_folder < 0) Fail("cannot open the folder " + folder + ": " + SystemErrorText());
+    // A signal between creating the file and remembering it would leave it behind.
+    const SignalsHeld held;
     for (int attempt = 0; attempt < kNameAttempts && m_file < 0; ++attempt) {
         m_name = TemporaryName(destination);
         m_file = ::openat(m_folder, m_name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
