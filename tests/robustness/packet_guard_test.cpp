@@ -195,14 +195,25 @@ std::string Utf16(const std::string& text, bool littleEndian) {
     return wide;
 }
 
+// A property put before the nesting.
+std::string WithProperty(const std::string& packet, const std::string& property) {
+    std::string text = packet;
+    return text.insert(text.find("<dc:p"), property);
+}
+
 // What the toolkit reads although a strict XML parser stops at it: the guard
-// must not stop earlier than the toolkit does.
+// must not stop earlier than the toolkit does, or the rest goes unchecked.
 const std::vector<Disguise> kDisguises = {
     {"control character", [](const std::string& p) { return "<!-- \x01 -->" + p; }},
     {"Latin-1 byte", [](const std::string& p) { return "<!-- \xE9 -->" + p; }},
     {"UTF-8 byte order mark", [](const std::string& p) { return "\xEF\xBB\xBF" + p; }},
     {"UTF-16 little-endian", [](const std::string& p) { return Utf16(p, true); }},
     {"UTF-16 big-endian", [](const std::string& p) { return Utf16(p, false); }},
+    {"UTF-8 name", [](const std::string& p) { return WithProperty(p, "<dc:\xC4\x85>v</dc:\xC4\x85>"); }},
+    {"byte read as a space in a tag", [](const std::string& p) { return WithProperty(p, "<dc:a\x8D/>"); }},
+    {"byte read as a letter in a name", [](const std::string& p) { return WithProperty(p, "<dc:a\x8A/>"); }},
+    {"DEL in a tag", [](const std::string& p) { return WithProperty(p, "<dc:a\x7F/>"); }},
+    {"short reference in a tag", [](const std::string& p) { return WithProperty(p, "<dc:a&#x1;/>"); }},
 };
 
 TEST(PacketGuard, SeesThroughWhatTheToolkitForgives) {
@@ -235,6 +246,21 @@ protected:
     void TearDown() override { std::remove(m_path.c_str()); }
     std::string m_path;
 };
+
+// Bytes the toolkit reads as wider characters must not carry the search for
+// the next packet past its start.
+TEST_F(MediaFileGuard, FindsThePacketRightAfterOneWithRepairedBytes) {
+    const NestingForm& form = kNestingForms.front();
+    std::string repaired = NestedPacket(form, 2);
+    repaired.insert(repaired.rfind("</x:xmpmeta>"), "<!--" + std::string(200000, '\x80') + "-->");
+    const std::string path = Write(JpegWithPacket(repaired + NestedPacket(form, 2000)));
+    try {
+        SXMPFiles file(path.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead);
+        ADD_FAILURE() << "accepted";
+    } catch (const XMP_Error& error) {
+        EXPECT_NE(std::string(error.GetErrMsg()).find("kMaxNestingDepth"), std::string::npos) << error.GetErrMsg();
+    }
+}
 
 TEST_F(MediaFileGuard, RefusesADeepPacketBeforeTheFileHandlerParsesIt) {
     const NestingForm& form = kNestingForms.front();

@@ -17,6 +17,7 @@
 #include <xmptoolkit/XMP_PacketLimits.hpp>
 
 #include "ToolkitCall.hpp"
+#include "ToolkitText.hpp"
 
 namespace xmptoolkit_detail {
 namespace {
@@ -26,6 +27,8 @@ using Limits = XMP_PacketLimits;
 // Most packets go to expat in one call, which costs about a tenth less than
 // 1 MiB pieces; a copied piece (control characters, UTF-16) stays bounded.
 constexpr std::size_t kChunkBytes = std::size_t{16} << 20;
+// Converted text goes in small pieces: each keeps a list of its length changes.
+constexpr std::size_t kConvertedPieceBytes = std::size_t{64} << 10;
 
 struct Breach {
     std::string m_what;
@@ -39,10 +42,9 @@ struct Level {
     bool m_isNamed = false;
 };
 
-// How packet text reaches expat: always as 8-bit text, where every byte is a
-// character. The toolkit reads invalid UTF-8 as Latin-1 and control
-// characters as spaces, so the guard must not stop earlier than it does;
-// UTF-16 keeps its markup in the low byte of each unit.
+// How packet text reaches expat. Bytes: as the toolkit's parser reads them
+// (see ToolkitText.hpp), in UTF-8. UTF-16: one byte per unit, which keeps the
+// markup (it is ASCII) and reads every other character as a name character.
 enum class TextForm { Bytes, Utf16LE, Utf16BE };
 
 TextForm DetectForm(std::string_view text) {
@@ -58,35 +60,21 @@ bool HasByteOrderMark(std::string_view text, TextForm form) {
     return form != TextForm::Bytes && (text.starts_with("\xFE\xFF") || text.starts_with("\xFF\xFE"));
 }
 
-bool IsControl(unsigned char c) {
-    return c < 0x20 && c != '\t' && c != '\n' && c != '\r';
-}
-
 char Narrowed(unsigned unit) {
     if (unit >= 0x100) return 'x';  // a name or text character; the markup is ASCII
-    return IsControl(static_cast<unsigned char>(unit)) ? ' ' : static_cast<char>(unit);
+    const bool control = (unit < 0x20 && unit != '\t' && unit != '\n' && unit != '\r') || unit == 0x7F;
+    return control ? ' ' : static_cast<char>(unit);
 }
 
-// The next piece of text as expat should see it, in `scratch` only when it
-// had to change.
-std::string_view NarrowChunk(std::string_view chunk, TextForm form, std::string& scratch) {
-    if (form == TextForm::Bytes) {
-        const auto* begin = reinterpret_cast<const unsigned char*>(chunk.data());
-        const auto* end = begin + chunk.size();
-        const auto* control = std::find_if(begin, end, IsControl);
-        if (control == end) return chunk;
-        scratch.assign(chunk);
-        for (char& c : scratch) c = Narrowed(static_cast<unsigned char>(c));
-        return scratch;
-    }
-    scratch.resize(chunk.size() / 2);
-    const bool little = form == TextForm::Utf16LE;
-    for (std::size_t i = 0; i < scratch.size(); ++i) {
+// One byte per unit. The toolkit converts UTF-16 without the repairs it
+// makes to bytes; spaces for control characters only make the guard read on.
+void NarrowUtf16(std::string_view chunk, bool little, std::string& narrowed) {
+    narrowed.resize(chunk.size() / 2);
+    for (std::size_t i = 0; i < narrowed.size(); ++i) {
         const auto low = static_cast<unsigned char>(chunk[2 * i + (little ? 0 : 1)]);
         const auto high = static_cast<unsigned char>(chunk[2 * i + (little ? 1 : 0)]);
-        scratch[i] = Narrowed(low | (high << 8u));
+        narrowed[i] = Narrowed(low | (high << 8u));
     }
-    return scratch;
 }
 
 bool IsArrayItem(const XML_Char* name, const XML_Char** attributes) {
@@ -126,7 +114,8 @@ std::string Exceeded(std::string_view what, std::uint64_t limit, std::string_vie
 // One streaming pass over one packet, up to the end of its root element.
 class LimitScan {
 public:
-    LimitScan() : m_parser(XML_ParserCreate("ISO-8859-1")) {
+    explicit LimitScan(TextForm form)
+        : m_form(form), m_parser(XML_ParserCreate(form == TextForm::Bytes ? "UTF-8" : "ISO-8859-1")) {
         if (m_parser == nullptr) throw std::bad_alloc();
         XML_SetUserData(m_parser, this);
         XML_SetElementHandler(m_parser, &LimitScan::OnStart, &LimitScan::OnEnd);
@@ -139,36 +128,96 @@ public:
     // The bytes read: up to the root element's end, the first malformed
     // markup or a breach; never zero, so a caller searching on moves on.
     std::size_t Run(std::string_view text) {
-        const TextForm form = DetectForm(text);
-        const std::size_t unit = form == TextForm::Bytes ? 1 : 2;
-        const std::size_t mark = HasByteOrderMark(text, form) ? unit : 0;
-        return mark + Feed(text.substr(mark), form, unit);
+        if (m_form == TextForm::Bytes) return FeedBytes(text);
+        const std::size_t mark = HasByteOrderMark(text, m_form) ? 2 : 0;
+        return mark + FeedUtf16(text.substr(mark), m_form == TextForm::Utf16LE);
     }
 
     const std::optional<Breach>& GetBreach() const { return m_breach; }
 
 private:
-    std::size_t Feed(std::string_view text, TextForm form, std::size_t unit) {
-        const std::size_t usable = text.size() - text.size() % unit;
-        std::string scratch;
+    // Where parsing ended, as an offset into the bytes; npos for unknown.
+    std::size_t StoppedAt() const {
+        const XML_Index at = XML_GetCurrentByteIndex(m_parser);
+        return at < 0 ? std::string_view::npos : static_cast<std::size_t>(at);
+    }
+
+    // False once parsing ended: an XML error, a breach or the root's end.
+    bool Parse(std::string_view piece, bool last) {
+        const XML_Status status =
+            XML_Parse(m_parser, piece.data(), static_cast<int>(piece.size()), last ? XML_TRUE : XML_FALSE);
+        return status == XML_STATUS_OK && !m_stopped;
+    }
+
+    bool PastSizeLimit(std::size_t offset) {
+        if (offset < Limits::kMaxPacketBytes) return false;
+        Stop(Exceeded("packet bytes", Limits::kMaxPacketBytes, "kMaxPacketBytes"));
+        return true;
+    }
+
+    // Unchanged stretches go to expat as they are, converted ones in small
+    // pieces whose length changes map expat's offsets back to the bytes.
+    std::size_t FeedBytes(std::string_view text) {
+        std::string converted;
+        std::vector<TextChange> changes;
+        struct Piece {
+            std::size_t fed;
+            std::size_t offset;
+        };
+        std::vector<Piece> pieces;
         std::size_t offset = 0;
-        while (true) {
-            if (offset >= Limits::kMaxPacketBytes) {
-                Stop(Exceeded("packet bytes", Limits::kMaxPacketBytes, "kMaxPacketBytes"));
-                return offset;
+        std::size_t fed = 0;
+        while (!PastSizeLimit(offset)) {
+            const std::size_t changed = FindChangedByte(text, offset, std::min(offset + kChunkBytes, text.size()));
+            std::string_view piece;
+            std::size_t next = changed;
+            if (changed > offset) {
+                piece = text.substr(offset, changed - offset);
+                changes.clear();
+            } else {
+                next = ConvertAsToolkitReads(text, offset, kConvertedPieceBytes, converted, changes);
+                piece = converted;
             }
-            const std::size_t size = std::min(kChunkBytes, usable - offset);
-            const bool last = offset + size == usable;
-            const std::string_view chunk = NarrowChunk(text.substr(offset, size), form, scratch);
-            const XML_Status status =
-                XML_Parse(m_parser, chunk.data(), static_cast<int>(chunk.size()), last ? XML_TRUE : XML_FALSE);
-            if (status != XML_STATUS_OK || m_stopped) {
-                const XML_Index at = XML_GetCurrentByteIndex(m_parser);
-                return std::max<std::size_t>(unit, at < 0 ? usable : static_cast<std::size_t>(at) * unit);
-            }
-            offset += size;
-            if (last) return std::max<std::size_t>(unit, offset);
+            pieces.push_back({fed, offset});
+            const bool last = next >= text.size();
+            if (!Parse(piece, last)) return std::max<std::size_t>(1, BytesRead(text, pieces, changes));
+            if (last) return std::max<std::size_t>(1, next);
+            fed += piece.size();
+            offset = next;
         }
+        return offset;
+    }
+
+    // Where expat stopped, in the bytes. An event that began in an earlier
+    // piece counts from that piece's start: never past where it really was.
+    template <class Pieces>
+    std::size_t BytesRead(std::string_view text, const Pieces& pieces, const std::vector<TextChange>& changes) const {
+        const std::size_t at = StoppedAt();
+        if (at == std::string_view::npos) return text.size();
+        const auto after = std::upper_bound(pieces.begin(), pieces.end(), at,
+                                            [](std::size_t index, const auto& piece) { return index < piece.fed; });
+        if (after == pieces.begin()) return 0;
+        const auto& piece = *std::prev(after);
+        if (after != pieces.end()) return piece.offset;
+        return piece.offset + OriginalOffset(changes, at - piece.fed);
+    }
+
+    std::size_t FeedUtf16(std::string_view text, bool little) {
+        const std::size_t usable = text.size() - text.size() % 2;
+        std::string narrowed;
+        std::size_t offset = 0;
+        while (!PastSizeLimit(offset)) {
+            const std::size_t end = std::min(offset + kChunkBytes, usable);
+            NarrowUtf16(text.substr(offset, end - offset), little, narrowed);
+            const bool last = end == usable;
+            if (!Parse(narrowed, last)) {
+                const std::size_t at = StoppedAt();
+                return std::max<std::size_t>(2, at == std::string_view::npos ? usable : 2 * at);
+            }
+            offset = end;
+            if (last) return std::max<std::size_t>(2, offset);
+        }
+        return offset;
     }
 
     void Stop(std::string what) {
@@ -240,6 +289,7 @@ private:
     }
     static void XMLCALL OnEnd(void* self, const XML_Char*) { static_cast<LimitScan*>(self)->End(); }
 
+    TextForm m_form;
     XML_Parser m_parser;
     std::vector<Level> m_levels;
     std::optional<Breach> m_breach;
@@ -249,7 +299,7 @@ private:
 
 std::size_t GuardOne(std::string_view text, std::string_view operation, std::string_view path, std::string_view where,
                      int errorId) {
-    LimitScan scan;
+    LimitScan scan(DetectForm(text));
     const std::size_t read = scan.Run(text);
     if (const auto& breach = scan.GetBreach()) {
         std::string detail = breach->m_what;
