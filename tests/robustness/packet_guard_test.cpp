@@ -247,6 +247,34 @@ protected:
     std::string m_path;
 };
 
+// A JPEG segment of the given marker and payload.
+std::string JpegSegment(char marker, const std::string& payload) {
+    const std::size_t length = payload.size() + 2;
+    return std::string{'\xFF', marker, static_cast<char>(length >> 8), static_cast<char>(length & 0xFF)} + payload;
+}
+
+// Extended XMP, a packet split over segments too short to show its depth,
+// is never put together by the toolkit: the file reads as its main packet.
+TEST_F(MediaFileGuard, ExtendedXmpSplitOverSegmentsIsNotParsed) {
+    const std::string guid = "0123456789ABCDEF0123456789ABCDEF";
+    const std::string main = Wrapped("<xmpNote:HasExtendedXMP xmlns:xmpNote='http://ns.adobe.com/xmp/note/'>" + guid +
+                                     "</xmpNote:HasExtendedXMP>");
+    const std::string extended = NestedPacket(kNestingForms.front(), 50000);
+    std::string jpeg = "\xFF\xD8" + JpegSegment('\xE1', std::string("http://ns.adobe.com/xap/1.0/") + '\0' + main);
+    for (std::size_t offset = 0; offset < extended.size(); offset += 40) {
+        std::string header = std::string("http://ns.adobe.com/xmp/extension/") + '\0' + guid;
+        for (const std::size_t value : {extended.size(), offset}) {
+            for (const int shift : {24, 16, 8, 0}) header += static_cast<char>((value >> shift) & 0xFF);
+        }
+        jpeg += JpegSegment('\xE1', header + extended.substr(offset, 40));
+    }
+    SXMPFiles file(Write(jpeg + "\xFF\xD9").c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead);
+    SXMPMeta meta;
+    ASSERT_TRUE(file.GetXMP(&meta));
+    EXPECT_TRUE(meta.DoesPropertyExist("http://ns.adobe.com/xmp/note/", "HasExtendedXMP"));
+    EXPECT_FALSE(meta.DoesPropertyExist(kDc.c_str(), "p"));
+}
+
 // Bytes the toolkit reads as wider characters must not carry the search for
 // the next packet past its start.
 TEST_F(MediaFileGuard, FindsThePacketRightAfterOneWithRepairedBytes) {
