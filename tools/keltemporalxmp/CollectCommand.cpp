@@ -1,4 +1,4 @@
-// collect FILE... [--start TIME] [--duration TIME] [--mask HEX] [--max-records N]: every marker
+// collect FILE... [--start TIME] [--duration TIME] [--mask HEX] [--max-records N] [--reader R]: every marker
 // a composed document shows on its own timeline, its ingredients' at any depth
 // included, each reported back with where it came from.
 
@@ -10,8 +10,8 @@
 
 #include "CollectRange.hpp"
 #include "CommandList.hpp"
-#include "Documents.hpp"
 #include "FileReport.hpp"
+#include "PacketReading.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {
@@ -29,9 +29,8 @@ std::string Field(const XMPTemporalMetadataInfo& info, XMPTemporalMetadataInfo::
     return value;
 }
 
-FileReport ReportCollection(const std::string& file, const CollectRange& range) {
-    const SXMPMeta meta = ReadDocument(file);
-    const Collector collector(range.mask, meta, range.start, range.duration, range.maxRecords);
+FileReport ReportCollection(const std::string& file, const CollectRange& range, ReaderChoice reader) {
+    const Collector::Collection collection = ReadCollection(file, range, reader);
     FileReport report{Table({{"start", true},
                              {"duration", true},
                              {"form"},
@@ -42,7 +41,7 @@ FileReport ReportCollection(const std::string& file, const CollectRange& range) 
                              {"mapping"}}),
                       {}};
     kelcore::JSONValue& list = report.result["collected"] = kelcore::JSONValue::array();
-    for (const auto& [key, info] : collector.GetXMPTemporalMetadataInfoCollection()) {
+    for (const auto& [key, info] : collection) {
         const std::string type = CollectedMarkerType(info);
         const std::string name = Field(info, XMPTemporalMetadataInfo::kInfoField_Name);
         const std::string track = Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedTrackName);
@@ -73,10 +72,12 @@ CommandEntry AddCollectCommand(CLI::App& app) {
         "collect", "Collect every marker on each document's timeline, its ingredients' at any depth included");
     AddFileOptions(*command, options->files);
     AddCollectRangeOptions(*command, options->range);
+    AddReaderOption(*command, options->files.reader);
     return {command, [options] {
                 const CollectRange range = ParseCollectRange(options->range);
-                return ReportOnFiles(options->files, "collect",
-                                     [&](const std::string& file) { return ReportCollection(file, range); });
+                return ReportOnFiles(options->files, "collect", [&](const std::string& file) {
+                    return ReportCollection(file, range, options->files.reader);
+                });
             }};
 }
 
