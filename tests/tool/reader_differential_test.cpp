@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ToolRunner.hpp"
+#include "support/CompositionPackets.hpp"
 
 namespace tooltest {
 namespace {
@@ -18,7 +19,16 @@ namespace {
 namespace fs = std::filesystem;
 
 const fs::path kSource(KELTXMP_SOURCE_DIR);
-const std::vector<std::string> kReadCommands = {"markers", "tracks", "segments"};
+// Each read-only command with the options that choose what it reads.
+const std::vector<std::vector<std::string>> kReadCommands = {
+    {"markers", "--json"},
+    {"tracks", "--json"},
+    {"segments", "--json"},
+    {"ingredients", "--json"},
+    {"collect", "--json"},
+    {"collect", "--json", "--mask", "7F", "--start", "1", "--max-records", "500"},
+    {"export", "--collect", "--format", "edl"},
+};
 
 // Every packet of the examples, the tests and the fuzz corpora.
 std::vector<fs::path> RepositoryPackets() {
@@ -67,15 +77,18 @@ std::string WithoutFreshIds(const std::string& text, const std::set<std::size_t>
 
 // The tool's fast path reads sidecars, so every packet is given as one.
 void ExpectSameAnswers(const fs::path& packet, const fs::path& sidecar) {
-    for (const std::string& command : kReadCommands) {
-        const std::string file = sidecar.string();
-        const ToolResult toolkit = RunTool({command, "--json", "--reader", "toolkit", file});
-        const ToolResult fast = RunTool({command, "--json", file});
+    for (const std::vector<std::string>& command : kReadCommands) {
+        std::vector<std::string> fastArguments = command;
+        fastArguments.push_back(sidecar.string());
+        std::vector<std::string> toolkitArguments = command;
+        toolkitArguments.insert(toolkitArguments.end(), {"--reader", "toolkit", sidecar.string()});
+        const ToolResult toolkit = RunTool(toolkitArguments);
+        const ToolResult fast = RunTool(fastArguments);
         std::set<std::size_t> fresh;
-        if (command == "markers") {
-            fresh = FreshIdPlaces(toolkit.out, RunTool({command, "--json", "--reader", "toolkit", file}).out);
+        if (command.front() == "markers") {
+            fresh = FreshIdPlaces(toolkit.out, RunTool(toolkitArguments).out);
         }
-        SCOPED_TRACE(command + " " + packet.string());
+        SCOPED_TRACE(command.front() + " " + packet.string());
         EXPECT_EQ(fast.status, toolkit.status);
         EXPECT_EQ(WithoutFreshIds(fast.out, fresh), WithoutFreshIds(toolkit.out, fresh));
         EXPECT_EQ(fast.err, toolkit.err);
@@ -91,6 +104,15 @@ TEST(ReaderDifferential, RepositoryPacketsWholeAndTruncated) {
         ExpectSameAnswers(packet, sidecar);
         WriteFile(sidecar, bytes.substr(0, bytes.size() / 2));
         ExpectSameAnswers(packet.string() + " (first half)", sidecar);
+    }
+}
+
+TEST(ReaderDifferential, CompositionsInEachForm) {
+    const ScratchDirectory scratch;
+    for (const compositions::Composition& composition : compositions::Compositions()) {
+        const fs::path sidecar = scratch / "composition.xmp";
+        WriteFile(sidecar, composition.packet);
+        ExpectSameAnswers(composition.name, sidecar);
     }
 }
 
