@@ -10,6 +10,7 @@
 
 #include "CollectRange.hpp"
 #include "CommandList.hpp"
+#include "Documents.hpp"
 #include "FileReport.hpp"
 #include "PacketReading.hpp"
 
@@ -29,6 +30,34 @@ std::string Field(const XMPTemporalMetadataInfo& info, XMPTemporalMetadataInfo::
     return value;
 }
 
+kelcore::JSONValue CollectedJson(const XMPTemporalMetadataInfo& info) {
+    return {{"form", CollectedFormName(info.GetInfoForm())},
+            {"type", CollectedMarkerType(info)},
+            {"name", Field(info, XMPTemporalMetadataInfo::kInfoField_Name)},
+            {"track", Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedTrackName)},
+            {"containingInstanceID", Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedContainingInstanceID)},
+            {"partMapping", Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedPartMapping)},
+            {"start", TimeJson(info.GetStartTime(), std::nullopt)},
+            {"duration", TimeJson(info.GetDuration(), std::nullopt)},
+            {"clippedStart", TimeJson(info.GetReportedClippedStartTime(), std::nullopt)},
+            {"clippedDuration", TimeJson(info.GetReportedClippedDuration(), std::nullopt)}};
+}
+
+// JSON record by record, so that a large collection is never held twice more.
+int StreamCollectionsJson(const CollectOptions& options, const CollectRange& range) {
+    Report output(OutputFormat::kJson, "collect", true);
+    const int status = ForEachFile(options.files.files, [&](const std::string& file) {
+        const Collector::Collection collection = ReadCollection(file, range, options.files.reader);
+        output.BeginJsonList(file, "collected");
+        for (const auto& [key, info] : collection) {
+            output.AddJsonItem(CollectedJson(info));
+        }
+        output.EndJsonList();
+    });
+    output.Finish();
+    return status;
+}
+
 FileReport ReportCollection(const std::string& file, const CollectRange& range, ReaderChoice reader) {
     const Collector::Collection collection = ReadCollection(file, range, reader);
     FileReport report{Table({{"start", true},
@@ -42,24 +71,13 @@ FileReport ReportCollection(const std::string& file, const CollectRange& range, 
                       {}};
     kelcore::JSONValue& list = report.result["collected"] = kelcore::JSONValue::array();
     for (const auto& [key, info] : collection) {
-        const std::string type = CollectedMarkerType(info);
-        const std::string name = Field(info, XMPTemporalMetadataInfo::kInfoField_Name);
-        const std::string track = Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedTrackName);
-        const std::string instance = Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedContainingInstanceID);
-        const std::string mapping = Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedPartMapping);
         report.table.AddRow({SecondsCell(info.GetReportedClippedStartTime()),
                              SecondsCell(info.GetReportedClippedDuration()), CollectedFormName(info.GetInfoForm()),
-                             type, name, track, instance, mapping});
-        list.push_back({{"form", CollectedFormName(info.GetInfoForm())},
-                        {"type", type},
-                        {"name", name},
-                        {"track", track},
-                        {"containingInstanceID", instance},
-                        {"partMapping", mapping},
-                        {"start", TimeJson(info.GetStartTime(), std::nullopt)},
-                        {"duration", TimeJson(info.GetDuration(), std::nullopt)},
-                        {"clippedStart", TimeJson(info.GetReportedClippedStartTime(), std::nullopt)},
-                        {"clippedDuration", TimeJson(info.GetReportedClippedDuration(), std::nullopt)}});
+                             CollectedMarkerType(info), Field(info, XMPTemporalMetadataInfo::kInfoField_Name),
+                             Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedTrackName),
+                             Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedContainingInstanceID),
+                             Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedPartMapping)});
+        list.push_back(CollectedJson(info));
     }
     return report;
 }
@@ -75,6 +93,9 @@ CommandEntry AddCollectCommand(CLI::App& app) {
     AddReaderOption(*command, options->files.reader);
     return {command, [options] {
                 const CollectRange range = ParseCollectRange(options->range);
+                if (options->files.format == OutputFormat::kJson) {
+                    return StreamCollectionsJson(*options, range);
+                }
                 return ReportOnFiles(options->files, "collect", [&](const std::string& file) {
                     return ReportCollection(file, range, options->files.reader);
                 });

@@ -105,12 +105,13 @@ void WriteIndented(const std::string& text, std::size_t indent) {
     std::string out;
     out.reserve(text.size() + indent * 8);
     out += margin;
-    for (const char c : text) {
-        out += c;
-        if (c == '\n') {
-            out += margin;
-        }
+    std::size_t lineStart = 0;
+    for (std::size_t newline = text.find('\n'); newline != std::string::npos; newline = text.find('\n', lineStart)) {
+        out.append(text, lineStart, newline + 1 - lineStart);
+        out += margin;
+        lineStart = newline + 1;
     }
+    out.append(text, lineStart);
     std::fwrite(out.data(), 1, out.size(), stdout);
 }
 
