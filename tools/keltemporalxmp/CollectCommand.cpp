@@ -2,6 +2,7 @@
 // a composed document shows on its own timeline, its ingredients' at any depth
 // included, each reported back with where it came from.
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,17 +31,52 @@ std::string Field(const XMPTemporalMetadataInfo& info, XMPTemporalMetadataInfo::
     return value;
 }
 
-kelcore::JSONValue CollectedJson(const XMPTemporalMetadataInfo& info) {
-    return {{"form", CollectedFormName(info.GetInfoForm())},
-            {"type", CollectedMarkerType(info)},
-            {"name", Field(info, XMPTemporalMetadataInfo::kInfoField_Name)},
-            {"track", Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedTrackName)},
-            {"containingInstanceID", Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedContainingInstanceID)},
-            {"partMapping", Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedPartMapping)},
-            {"start", TimeJson(info.GetStartTime(), std::nullopt)},
-            {"duration", TimeJson(info.GetDuration(), std::nullopt)},
-            {"clippedStart", TimeJson(info.GetReportedClippedStartTime(), std::nullopt)},
-            {"clippedDuration", TimeJson(info.GetReportedClippedDuration(), std::nullopt)}};
+// A string as the JSON dump writes it; most texts need no escaping.
+void AppendJsonString(std::string& out, const std::string& text) {
+    const bool plain = std::all_of(text.begin(), text.end(), [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte >= 0x20 && byte < 0x80 && c != '"' && c != '\\';
+    });
+    if (plain) {
+        out.append(1, '"').append(text).append(1, '"');
+    } else {
+        out += kelcore::JSONValue(text).dump(-1, ' ', false, kelcore::JSONValue::error_handler_t::replace);
+    }
+}
+
+void AppendMember(std::string& out, const char* name, const std::string& text) {
+    out.append("  \"").append(name).append("\": ");
+    AppendJsonString(out, text);
+    out += ",\n";
+}
+
+// What TimeJson(ticks) dumps to, one level down.
+void AppendTime(std::string& out, const char* name, std::int64_t ticks, bool last) {
+    out.append("  \"").append(name).append("\": {\n    \"ticks\": ").append(std::to_string(ticks)).append(",\n    ");
+    if (ticks == kTimeUnspecified) {
+        out += "\"unspecified\": true";
+    } else {
+        out.append("\"seconds\": ").append(kelcore::JSONValue(Seconds(ticks)).dump());
+    }
+    out += last ? "\n  }\n" : "\n  },\n";
+}
+
+// A record's JSON object as the JSON dump would print it, written straight
+// into text: a collection can hold many thousands of records.
+void DumpCollected(std::string& out, const XMPTemporalMetadataInfo& info) {
+    out = "{\n";
+    AppendMember(out, "form", CollectedFormName(info.GetInfoForm()));
+    AppendMember(out, "type", CollectedMarkerType(info));
+    AppendMember(out, "name", *info.GetMarkerFieldPtr(XMPTemporalMetadataInfo::kInfoField_Name));
+    AppendMember(out, "track", *info.GetMarkerFieldPtr(XMPTemporalMetadataInfo::kInfoField_ReportedTrackName));
+    AppendMember(out, "containingInstanceID",
+                 *info.GetMarkerFieldPtr(XMPTemporalMetadataInfo::kInfoField_ReportedContainingInstanceID));
+    AppendMember(out, "partMapping", *info.GetMarkerFieldPtr(XMPTemporalMetadataInfo::kInfoField_ReportedPartMapping));
+    AppendTime(out, "start", info.GetStartTime(), false);
+    AppendTime(out, "duration", info.GetDuration(), false);
+    AppendTime(out, "clippedStart", info.GetReportedClippedStartTime(), false);
+    AppendTime(out, "clippedDuration", info.GetReportedClippedDuration(), true);
+    out += "}";
 }
 
 // JSON record by record, so that a large collection is never held twice more.
@@ -49,8 +85,10 @@ int StreamCollectionsJson(const CollectOptions& options, const CollectRange& ran
     const int status = ForEachFile(options.files.files, [&](const std::string& file) {
         const Collector::Collection collection = ReadCollection(file, range, options.files.reader);
         output.BeginJsonList(file, "collected");
+        std::string dumped;
         for (const auto& [key, info] : collection) {
-            output.AddJsonItem(CollectedJson(info));
+            DumpCollected(dumped, info);
+            output.AddDumpedJsonItem(dumped);
         }
         output.EndJsonList();
     });
@@ -58,6 +96,7 @@ int StreamCollectionsJson(const CollectOptions& options, const CollectRange& ran
     return status;
 }
 
+// Tables and CSV; JSON is written by StreamCollectionsJson.
 FileReport ReportCollection(const std::string& file, const CollectRange& range, ReaderChoice reader) {
     const Collector::Collection collection = ReadCollection(file, range, reader);
     FileReport report{Table({{"start", true},
@@ -69,7 +108,6 @@ FileReport ReportCollection(const std::string& file, const CollectRange& range, 
                              {"from instance"},
                              {"mapping"}}),
                       {}};
-    kelcore::JSONValue& list = report.result["collected"] = kelcore::JSONValue::array();
     for (const auto& [key, info] : collection) {
         report.table.AddRow({SecondsCell(info.GetReportedClippedStartTime()),
                              SecondsCell(info.GetReportedClippedDuration()), CollectedFormName(info.GetInfoForm()),
@@ -77,7 +115,6 @@ FileReport ReportCollection(const std::string& file, const CollectRange& range, 
                              Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedTrackName),
                              Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedContainingInstanceID),
                              Field(info, XMPTemporalMetadataInfo::kInfoField_ReportedPartMapping)});
-        list.push_back(CollectedJson(info));
     }
     return report;
 }

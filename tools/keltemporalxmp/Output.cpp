@@ -177,8 +177,12 @@ void Report::BeginJsonList(const std::string& file, const std::string& listName)
 }
 
 void Report::AddJsonItem(const kelcore::JSONValue& item) {
+    AddDumpedJsonItem(Dumped(item));
+}
+
+void Report::AddDumpedJsonItem(const std::string& dumped) {
     std::fputs(m_listItems == 0 ? "\n" : ",\n", stdout);
-    WriteIndented(Dumped(item), kItemIndent);
+    WriteIndented(dumped, kItemIndent);
     ++m_listItems;
 }
 
