@@ -73,7 +73,10 @@ bool DocumentReading::TakeProperty(const TreeNode& node, std::string& value) {
     }
     if (const docops::IngredientFieldLayout* layout = IngredientField(node.name, true);
         layout != nullptr && IsSimple(node.options)) {
-        m_topLevelFields.SetIngredientField(layout->m_field, value.c_str());
+        if (!m_topLevelFields) {
+            m_topLevelFields = std::make_unique<XMP_internalIngredient>();
+        }
+        m_topLevelFields->SetIngredientField(layout->m_field, value.c_str());
     }
     return false;
 }

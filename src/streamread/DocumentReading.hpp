@@ -4,6 +4,7 @@
 // instance ID, its track list and the struct items of its ingredient list,
 // read the way the toolkit path reads them by path.
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -30,8 +31,9 @@ public:
     // In list order, with the fields read from the item; the fields read from
     // top-level properties are in TopLevelFields.
     const std::vector<XMP_internalIngredient>& Ingredients() const { return m_ingredients; }
-    // The ingredient fields that come from the document's own properties.
-    const XMP_internalIngredient& TopLevelFields() const { return m_topLevelFields; }
+    // The ingredient fields that come from the document's own properties;
+    // null when it has none.
+    const XMP_internalIngredient* TopLevelFields() const { return m_topLevelFields.get(); }
 
 private:
     enum class Part { kNone, kTracks, kIngredients };
@@ -43,7 +45,8 @@ private:
     std::string m_instanceID;
     TrackListReading m_tracks;
     std::vector<XMP_internalIngredient> m_ingredients;
-    XMP_internalIngredient m_topLevelFields;
+    // Made when first needed: a pantry can hold many documents.
+    std::unique_ptr<XMP_internalIngredient> m_topLevelFields;
     Part m_part = Part::kNone;
     bool m_inIngredient = false;
 };

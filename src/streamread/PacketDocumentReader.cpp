@@ -57,11 +57,12 @@ void PacketDocumentReader::Ingredients(XMPDocOpsTemporal::IngredientList& ingred
         throw XMP_Error(kXMPErr_BadParam, "Listing the ingredients of a packet that was not read whole");
     }
     const streamread::DocumentReading& top = m_state->documents.Top();
+    const XMP_internalIngredient* topLevelFields = top.TopLevelFields();
     for (XMP_internalIngredient ingredient : top.Ingredients()) {
         for (const docops::IngredientFieldLayout& layout : docops::kIngredientFields) {
-            if (layout.m_readAtTopLevel) {
+            if (layout.m_readAtTopLevel && topLevelFields != nullptr) {
                 ingredient.SetIngredientField(layout.m_field,
-                                              top.TopLevelFields().GetIngredientFieldPtr(layout.m_field)->c_str());
+                                              topLevelFields->GetIngredientFieldPtr(layout.m_field)->c_str());
             }
         }
         const std::optional<docops::PartSpan> from = docops::TryParsePartSpan(

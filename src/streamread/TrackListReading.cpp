@@ -13,7 +13,7 @@ bool TrackListReading::Start(XMP_OptionBits options) {
     if (!docops::TrackListAssembler::IsTrackArray(options)) {
         return false;
     }
-    m_assembler.emplace(m_tracksPath, m_tracks, m_keywords);
+    m_assembler = std::make_unique<docops::TrackListAssembler>(m_tracksPath, m_tracks, m_keywords);
     return true;
 }
 

@@ -5,7 +5,7 @@
 // tracks.
 
 #include <exception>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -36,7 +36,8 @@ private:
     std::string m_tracksPath;
     docops::KeywordCuePoints m_keywords;
     std::vector<XMPTrack> m_tracks;
-    std::optional<docops::TrackListAssembler> m_assembler;  // while the list is read
+    // Only while the list is read: a pantry can hold many documents.
+    std::unique_ptr<docops::TrackListAssembler> m_assembler;
     std::exception_ptr m_failure;
 };
 
