@@ -34,6 +34,24 @@ inline std::string ErrorText(const std::exception_ptr& error) {
     }
 }
 
+// Every field of a marker or collected record, on one line.
+inline void DescribeRecord(std::ostream& out, const Info& record) {
+    out << record.GetInfoForm() << " " << record.GetStartTime() << " " << record.GetStartTimeFrameRateNumerator() << "/"
+        << record.GetStartTimeFrameRateDenominator() << " " << record.GetDuration() << " "
+        << record.GetDurationFrameRateNumerator() << "/" << record.GetDurationFrameRateDenominator() << " clipped "
+        << record.GetReportedClippedStartTime() << " " << record.GetReportedClippedDuration();
+    for (int field = Info::kInfoField_Name; field <= Info::kInfoField_MarkerID; ++field) {
+        out << " [" << *record.GetMarkerFieldPtr(static_cast<Info::_infoFieldEnum>(field)) << "]";
+    }
+    for (const XMPCuePointParam& cuePoint : record.GetCuePointParamList()) {
+        out << " " << *cuePoint.GetKeyPtr() << "=" << *cuePoint.GetValuePtr();
+    }
+    for (const XMPKeywordData& keyword : record.GetKeywords()) {
+        out << " keyword " << keyword.id << " " << keyword.m_Name;
+    }
+    out << "\n";
+}
+
 inline std::string Describe(const std::vector<XMPTrack>& tracks) {
     std::ostringstream out;
     std::string text;
@@ -44,19 +62,8 @@ inline std::string Describe(const std::vector<XMPTrack>& tracks) {
         out << " type " << text << " rate " << track.GetFrameRateNumerator() << "/" << track.GetFrameRateDenominator()
             << "\n";
         for (const auto& [start, marker] : track.GetMarkers()) {
-            out << " marker " << start << " " << marker.GetStartTimeFrameRateNumerator() << "/"
-                << marker.GetStartTimeFrameRateDenominator() << " " << marker.GetDuration() << " "
-                << marker.GetDurationFrameRateNumerator() << "/" << marker.GetDurationFrameRateDenominator();
-            for (int field = Info::kInfoField_Name; field <= Info::kInfoField_MarkerID; ++field) {
-                out << " [" << *marker.GetMarkerFieldPtr(static_cast<Info::_infoFieldEnum>(field)) << "]";
-            }
-            for (const XMPCuePointParam& cuePoint : marker.GetCuePointParamList()) {
-                out << " " << *cuePoint.GetKeyPtr() << "=" << *cuePoint.GetValuePtr();
-            }
-            for (const XMPKeywordData& keyword : marker.GetKeywords()) {
-                out << " keyword " << keyword.id << " " << keyword.m_Name;
-            }
-            out << "\n";
+            out << " marker " << start << " ";
+            DescribeRecord(out, marker);
         }
     }
     return out.str();

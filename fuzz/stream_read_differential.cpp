@@ -1,7 +1,9 @@
-// A packet through both readers: wherever the streaming reader answers, its
-// answer is the toolkit's, record by record or error by error, and feeding
-// the packet in pieces changes nothing.
+// A packet through both readers, for its tracks and for its collections and
+// ingredient list: wherever the streaming reader answers, its answer is the
+// toolkit's, record by record or error by error, and feeding the packet in
+// pieces changes nothing.
 
+#include "DocumentAnswers.hpp"
 #include "FuzzInput.hpp"
 #include "TrackAnswers.hpp"
 
@@ -15,6 +17,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         __builtin_trap();
     }
     if (!stream.handedOver && stream.text != fuzz::ToolkitAnswer(packet).text) {
+        __builtin_trap();
+    }
+    const fuzz::Answer documents = fuzz::StreamDocumentsAnswer(packet);
+    const fuzz::Answer documentPieces = fuzz::StreamDocumentsAnswer(packet, 1 + size % 53);
+    if (documentPieces.handedOver != documents.handedOver || documentPieces.text != documents.text) {
+        __builtin_trap();
+    }
+    if (!documents.handedOver && documents.text != fuzz::ToolkitDocumentsAnswer(packet).text) {
         __builtin_trap();
     }
     return 0;

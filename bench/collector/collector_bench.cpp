@@ -6,8 +6,16 @@
 //
 // Then the collector on a flat composition that uses one clip 100,000 times,
 // per record, beside the track reader per marker of a 100,000-marker track.
+//
+// Then the nested composition as packet text, collected by the streaming
+// reader beside the toolkit's parse and collection of the same text.
+// `bench_collector --write-composition MARKERS FILE` writes that text, for
+// timing the tool as a whole process (collect_process.py).
 
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -16,6 +24,7 @@
 #include <kelmediatypes/TickTime.hpp>
 #include <keltemporalxmp/collector.hpp>
 #include <keltemporalxmp/docops.hpp>
+#include <keltemporalxmp/streamread.hpp>
 
 namespace {
 
@@ -173,11 +182,74 @@ void CollectFlatBaseline(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(records));
 }
 
+const std::string& ComposedText(int markers) {
+    static std::string texts[2];
+    std::string& text = texts[markers == 20 ? 0 : 1];
+    if (text.empty()) {
+        Composed(markers).m_composed.SerializeToBuffer(&text);
+    }
+    return text;
+}
+
+constexpr unsigned char kMarkersMask =
+    XMPTemporalMetadataCollector::kCollectDocumentMarkers | XMPTemporalMetadataCollector::kCollectIngredientMarkers;
+
+void CollectStreamed(benchmark::State& state) {
+    const std::string& text = ComposedText(static_cast<int>(state.range(0)));
+    std::size_t records = 0;
+    for (auto _ : state) {
+        XMPTemporalMetadataCollector::Collection collection;
+        if (!keltemporalxmp::StreamCollect(text, kMarkersMask, 0, INT64_MAX,
+                                           XMPTemporalMetadataCollector::kDefaultMaxRecords, collection)) {
+            state.SkipWithError("the streaming reader handed the packet over");
+            return;
+        }
+        records = collection.size();
+        benchmark::DoNotOptimize(records);
+    }
+    state.counters["markers"] = static_cast<double>(records);
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(records));
+}
+
+void CollectParsedBaseline(benchmark::State& state) {
+    const std::string& text = ComposedText(static_cast<int>(state.range(0)));
+    std::size_t records = 0;
+    for (auto _ : state) {
+        const SXMPMeta meta(text.data(), static_cast<XMP_StringLen>(text.size()));
+        XMPTemporalMetadataCollector collector(kMarkersMask, meta, 0, INT64_MAX);
+        records = collector.GetXMPTemporalMetadataInfoCollection().size();
+        benchmark::DoNotOptimize(records);
+    }
+    state.counters["markers"] = static_cast<double>(records);
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(records));
+}
+
+int WriteComposition(const char* markers, const char* path) {
+    const std::string& text = ComposedText(std::atoi(markers) == 40 ? 40 : 20);
+    std::FILE* file = std::fopen(path, "wb");
+    if (file == nullptr) {
+        std::perror(path);
+        return 1;
+    }
+    const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+    return std::fclose(file) == 0 && written ? 0 : 1;
+}
+
 BENCHMARK(Collect)->Arg(20)->Arg(40)->Unit(benchmark::kMillisecond);
 BENCHMARK(CollectBaseline)->Arg(20)->Arg(40)->Unit(benchmark::kMillisecond);
 BENCHMARK(CollectFlat)->Unit(benchmark::kMillisecond);
 BENCHMARK(CollectFlatBaseline)->Unit(benchmark::kMillisecond);
+BENCHMARK(CollectStreamed)->Arg(20)->Unit(benchmark::kMillisecond);
+BENCHMARK(CollectParsedBaseline)->Arg(20)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+    if (argc == 4 && std::strcmp(argv[1], "--write-composition") == 0) {
+        return WriteComposition(argv[2], argv[3]);
+    }
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

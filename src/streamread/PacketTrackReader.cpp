@@ -4,12 +4,13 @@
 
 #include "streamread/PacketParser.hpp"
 #include "streamread/RdfWalk.hpp"
+#include "streamread/TrackListReading.hpp"
 
 namespace keltemporalxmp {
 
 struct [[gnu::visibility("hidden")]] PacketTrackReader::State {
-    std::vector<XMPTrack> tracks;
-    streamread::RdfWalk walk{tracks};
+    streamread::TrackListSink sink{docops::KeywordCuePoints::kToKeywords};
+    streamread::RdfWalk walk{sink};
     streamread::PacketParser parser{walk};
 };
 
@@ -29,8 +30,10 @@ bool PacketTrackReader::Finish(std::vector<XMPTrack>& tracks) {
     if (m_state->walk.GaveUp()) {
         return false;
     }
-    tracks.insert(tracks.end(), std::make_move_iterator(m_state->tracks.begin()),
-                  std::make_move_iterator(m_state->tracks.end()));
+    streamread::TrackListReading& reading = m_state->sink.Reading();
+    reading.Finish();
+    std::vector<XMPTrack>& read = reading.Tracks();
+    tracks.insert(tracks.end(), std::make_move_iterator(read.begin()), std::make_move_iterator(read.end()));
     return true;
 }
 

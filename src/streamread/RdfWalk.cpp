@@ -11,9 +11,18 @@ namespace {
 constexpr std::string_view kRdfNS = "http://www.w3.org/1999/02/22-rdf-syntax-ns#";
 constexpr std::string_view kXmlNS = "http://www.w3.org/XML/1998/namespace";
 constexpr std::string_view kMetaNS = "adobe:ns:meta/";
-constexpr std::string_view kDynamicMediaNS = kXMP_NS_DM;
-constexpr std::string_view kDynamicMediaPrefix = "xmpDM:";
-constexpr std::string_view kTracks = "Tracks";
+
+// The schemas whose names the readers here need, with the prefixes the
+// toolkit's paths give them.
+struct NamedSchema {
+    std::string_view uri;
+    std::string_view prefix;
+};
+constexpr NamedSchema kNamedSchemas[] = {
+    {kXMP_NS_DM, "xmpDM:"},
+    {kXMP_NS_XMP_MM, "xmpMM:"},
+    {kXMP_NS_XMP_ResourceRef, "stRef:"},
+};
 
 bool IsRdf(const XmlName& name, std::string_view local) {
     return name.uri == kRdfNS && name.local == local;
@@ -38,9 +47,7 @@ bool PastChildLimit(std::uint64_t count, bool isItem) {
 
 }  // namespace
 
-RdfWalk::RdfWalk(std::vector<XMPTrack>& tracks)
-    : m_assembler(std::string(kDynamicMediaPrefix) + std::string(kTracks), tracks,
-                  docops::KeywordCuePoints::kToKeywords) {
+RdfWalk::RdfWalk(NodeSink& sink) : m_sink(sink) {
     // Never reallocated, so frames can be held by reference while others are pushed.
     m_frames.resize(XMP_PacketLimits::kMaxNestingDepth + 1);
 }
@@ -55,7 +62,6 @@ RdfWalk::Frame& RdfWalk::Push(Role role) {
     frame.shape = Shape::kOpen;
     frame.sendsNode = false;
     frame.wantsChildren = false;
-    frame.isTracks = false;
     frame.hasText = false;
     frame.depth = 0;
     frame.firstField = m_fieldNames.size();
@@ -141,8 +147,11 @@ void RdfWalk::StartTopDescription(const char** attributes, const XmlName* names,
             GiveUp();
         } else if (!CountChild(description, false) || !AddTopLevelName(name)) {
             GiveUp();
+        } else {
+            NodeName(name, m_nodeName);
+            m_attributeValue.assign(value);
+            Send(true, 0, m_nodeName, 0, m_attributeValue);
         }
-        // A simple top-level value: a track list given so is no array, and is not read.
     }
 }
 
@@ -178,29 +187,19 @@ bool RdfWalk::AddFieldName(const Frame& structFrame, const XmlName& name) {
 // read, so they need none.
 void RdfWalk::NodeName(const XmlName& name, std::string& nodeName) {
     nodeName.clear();
-    if (name.uri == kDynamicMediaNS) {
-        nodeName.append(kDynamicMediaPrefix).append(name.local);
+    for (const NamedSchema& schema : kNamedSchemas) {
+        if (name.uri == schema.uri) {
+            nodeName.append(schema.prefix).append(name.local);
+            return;
+        }
     }
 }
 
 bool RdfWalk::Send(bool sends, int depth, std::string_view nodeName, XMP_OptionBits options, std::string& value) {
-    if (!sends || m_failure) {
-        return false;
-    }
-    try {
-        return m_assembler.Take({depth, nodeName, options}, value);
-    } catch (...) {
-        // Kept until the whole packet is known to be one the toolkit reads.
-        m_failure = std::current_exception();
-        return false;
-    }
+    return sends && m_sink.Take({depth, nodeName, options}, value);
 }
 
 void RdfWalk::SendShape(Frame& frame, XMP_OptionBits options, std::string& value) {
-    if (frame.isTracks) {
-        frame.wantsChildren = docops::TrackListAssembler::IsTrackArray(options);
-        return;
-    }
     frame.wantsChildren = Send(frame.sendsNode, frame.depth, frame.nodeName, options, value);
 }
 
@@ -221,15 +220,11 @@ void RdfWalk::StartProperty(Frame& parent, const XmlName& name, bool isItem, con
         return;
     }
     Frame& property = Push(Role::kProperty);
-    if (parent.role == Role::kTopDescription) {
-        property.isTracks = name.uri == kDynamicMediaNS && name.local == kTracks;
-        property.sendsNode = property.isTracks;
-    } else {
-        property.sendsNode = parent.wantsChildren;
-        property.depth = parent.depth + 1;
-        if (property.sendsNode && !isItem) {
-            NodeName(name, property.nodeName);
-        }
+    const bool atTop = parent.role == Role::kTopDescription;
+    property.sendsNode = atTop || parent.wantsChildren;
+    property.depth = atTop ? 0 : parent.depth + 1;
+    if (property.sendsNode && !isItem) {
+        NodeName(name, property.nodeName);
     }
 
     bool isResource = false;
@@ -314,8 +309,7 @@ void RdfWalk::StartInProperty(Frame& property, const XmlName& name, const char**
         form = kXMP_PropValueIsArray;
     } else if (IsRdf(name, "Seq")) {
         form = kXMP_PropValueIsArray | kXMP_PropArrayIsOrdered;
-    } else if (IsRdf(name, "Alt") && !property.sendsNode) {
-        // The toolkit reorders language alternatives: read only where nothing is taken.
+    } else if (IsRdf(name, "Alt")) {
         form = kXMP_PropValueIsArray | kXMP_PropArrayIsOrdered | kXMP_PropArrayIsAlternate;
     }
     if (form == 0 || count != 0) {
@@ -324,6 +318,11 @@ void RdfWalk::StartInProperty(Frame& property, const XmlName& name, const char**
     }
     property.shape = Shape::kArray;
     SendShape(property, form, m_noValue);
+    if (property.wantsChildren && (form & kXMP_PropArrayIsAlternate) != 0) {
+        // The toolkit reorders language alternatives: read only where nothing is taken.
+        GiveUp();
+        return;
+    }
     Frame& container = Push(Role::kContainer);
     container.depth = property.depth;
     container.wantsChildren = property.wantsChildren;
@@ -372,10 +371,6 @@ void RdfWalk::Finish() {
         GiveUp();
         return;
     }
-    if (m_failure) {
-        std::rethrow_exception(m_failure);
-    }
-    m_assembler.Finish();
 }
 
 }  // namespace keltemporalxmp::streamread

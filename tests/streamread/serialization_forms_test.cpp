@@ -141,9 +141,13 @@ const Form kForms[] = {
      Packet(Track(Marker("<xmpDM:name rdf:parseType=\"Resource\"><rdf:value>v</rdf:value><xmp:q>q</xmp:q>"
                          "</xmpDM:name>"))),
      Expect::kHandedOver},
-    {"language alternatives",
-     Packet(Track(Marker("<xmpDM:name><rdf:Alt><rdf:li xml:lang=\"x-default\">a</rdf:li>"
-                         "</rdf:Alt></xmpDM:name>"))),
+    {"language alternatives where nothing is read",
+     Packet(Track(Marker("<xmpDM:name><rdf:Alt><rdf:li xml:lang=\"en\">a</rdf:li><rdf:li xml:lang=\"x-default\">"
+                         "b</rdf:li></rdf:Alt></xmpDM:name>"))),
+     Expect::kRead},
+    {"alternatives read as a list",
+     Packet("<xmpDM:Tracks><rdf:Alt><rdf:li xml:lang=\"en\" rdf:parseType=\"Resource\"><xmpDM:trackName>T"
+            "</xmpDM:trackName></rdf:li></rdf:Alt></xmpDM:Tracks>"),
      Expect::kHandedOver},
     {"property given twice", Packet(Track(Marker(kFields)) + "<xmp:Label>a</xmp:Label><xmp:Label>b</xmp:Label>"),
      Expect::kHandedOver},

@@ -64,6 +64,29 @@ TEST(CompositionCommands, CollectMapsNestedAndReversedMarkersOntoTheTimeline) {
     EXPECT_THAT(CollectedMarkers({"collect", kSequence, "--json", "--mask", "0x04"}), ElementsAre("Sequence@0.00"));
 }
 
+// collect --json writes its records as text directly: it must be exactly what
+// the JSON library prints for the same document, whatever the texts hold.
+TEST(CompositionCommands, CollectJsonIsPrintedAsTheJsonLibraryPrintsIt) {
+    const ScratchDirectory scratch;
+    const std::filesystem::path file = scratch / "texts.xmp";
+    WriteFile(
+        file,
+        "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+        "<rdf:Description rdf:about=\"\" xmlns:xmpMM=\"http://ns.adobe.com/xap/1.0/mm/\" "
+        "xmlns:xmpDM=\"http://ns.adobe.com/xmp/1.0/DynamicMedia/\"><xmpMM:InstanceID>id \"quoted\" \\ "
+        "back</xmpMM:InstanceID><xmpDM:Tracks><rdf:Bag><rdf:li rdf:parseType=\"Resource\"><xmpDM:trackName>"
+        "caf\xC3\xA9 \xE6\x97\xA5</xmpDM:trackName><xmpDM:markers><rdf:Seq><rdf:li xmpDM:name=\"tab&#9;and&#10;line\" "
+        "xmpDM:startTime=\"7\" xmpDM:duration=\"9223372036854775807\"/><rdf:li xmpDM:name=\"&lt;/&amp;&gt;\" "
+        "xmpDM:startTime=\"1001f30000s1001\" xmpDM:type=\"\xE2\x80\xA8\"/></rdf:Seq></xmpDM:markers></rdf:li>"
+        "</rdf:Bag></xmpDM:Tracks></rdf:Description></rdf:RDF></x:xmpmeta>");
+    for (const char* reader : {"fast", "toolkit"}) {
+        const ToolResult result = RunTool({"collect", "--json", "--reader", reader, file.string()});
+        ASSERT_EQ(result.status, 0) << result.err;
+        EXPECT_EQ(result.out, kelcore::JSONValue::parse(result.out).dump(2) + "\n") << reader;
+        EXPECT_NE(result.out.find("tab\\tand\\nline"), std::string::npos) << result.out;
+    }
+}
+
 TEST(CompositionCommands, AddIngredientWritesTheOutputAndLeavesTheDocument) {
     const ScratchDirectory dir;
     const std::string document = (dir / "doc.xmp").string();

@@ -52,11 +52,10 @@ bool Passes(const MarkerTypeFilter& filter, const std::string& type) {
 
 // Report-back markers at their clipped times; a reversed span runs forwards
 // from its earlier end.
-std::vector<ExchangeMarker> CollectedMarkers(const SXMPMeta& meta, const CollectRange& range,
+std::vector<ExchangeMarker> CollectedMarkers(const XMPTemporalMetadataCollector::Collection& collection,
                                              const MarkerTypeFilter& filter) {
-    const XMPTemporalMetadataCollector collector(range.mask, meta, range.start, range.duration, range.maxRecords);
     std::vector<ExchangeMarker> markers;
-    for (const auto& [key, info] : collector.GetXMPTemporalMetadataInfoCollection()) {
+    for (const auto& [key, info] : collection) {
         if (info.GetInfoForm() == XMPTemporalMetadataInfo::kInfoForm_ComponentMetadataReportback ||
             !Passes(filter, CollectedMarkerType(info))) {
             continue;
@@ -81,13 +80,32 @@ std::vector<ExchangeMarker> CollectedMarkers(const SXMPMeta& meta, const Collect
 }
 
 // The top document's first track rate, else the usual fallback.
-exchange::Rate CompositionRate(SXMPMeta& meta) {
-    for (const ExchangeMarker& marker : exchange::ReadExchangeMarkers(meta)) {
+exchange::Rate CompositionRate(const std::vector<ExchangeMarker>& topMarkers) {
+    for (const ExchangeMarker& marker : topMarkers) {
         if (marker.rate.IsKnown()) {
             return marker.rate;
         }
     }
     return {25, 1};
+}
+
+// The composition's markers and its rate, collected first (its failure is
+// the one to report) and read from the same file.
+std::vector<ExchangeMarker> CollectedMarkersAndRate(const std::string& file, const CollectRange& range,
+                                                    const MarkerTypeFilter& filter, ReaderChoice reader,
+                                                    exchange::Rate& rate) {
+    if (reader == ReaderChoice::kFast) {
+        if (const auto collection = StreamCollection(file, range)) {
+            std::vector<ExchangeMarker> markers = CollectedMarkers(*collection, filter);
+            rate = CompositionRate(exchange::ExchangeMarkersOfTracks(ReadTracks(file, reader)));
+            return markers;
+        }
+    }
+    SXMPMeta meta = ReadDocument(file);
+    const XMPTemporalMetadataCollector collector(range.mask, meta, range.start, range.duration, range.maxRecords);
+    std::vector<ExchangeMarker> markers = CollectedMarkers(collector.GetXMPTemporalMetadataInfoCollection(), filter);
+    rate = CompositionRate(exchange::ReadExchangeMarkers(meta));
+    return markers;
 }
 
 // A complete file or none: the text goes to a hidden file beside OUT (beside
@@ -137,9 +155,9 @@ int RunExport(const ExportCommandOptions& options) {
         exportOptions.title = fs::path(file).stem().string();
         std::vector<ExchangeMarker> markers;
         if (range) {
-            SXMPMeta meta = ReadDocument(file);
-            markers = CollectedMarkers(meta, *range, *filter);
-            exportOptions.rate = CompositionRate(meta);
+            exchange::Rate rate;
+            markers = CollectedMarkersAndRate(file, *range, *filter, options.reader, rate);
+            exportOptions.rate = rate;
         } else {
             for (ExchangeMarker& marker : exchange::ExchangeMarkersOfTracks(ReadTracks(file, options.reader))) {
                 if (Passes(*filter, marker.type)) {

@@ -1,11 +1,11 @@
-// ingredients FILE...: the documents each file was composed from, and where
+// ingredients FILE... [--reader R]: the documents each file was composed from, and where
 // their spans lie on its timeline.
 
 #include <memory>
 
 #include "CommandList.hpp"
-#include "Documents.hpp"
 #include "FileReport.hpp"
+#include "PacketReading.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {
@@ -26,21 +26,19 @@ constexpr ShownField kShownFields[] = {
     {"filePath", XMP_internalIngredient::kIngredientFieldFilePath},
 };
 
-FileReport ReportIngredients(const std::string& file) {
-    SXMPMeta meta = ReadDocument(file);
-    const std::unique_ptr<XMPDocOpsTemporal> document = OpenTemporalDocument(meta);
+FileReport ReportIngredients(const std::string& file, ReaderChoice reader) {
+    const XMPDocOpsTemporal::IngredientList ingredients = ReadIngredients(file, reader);
     std::vector<Column> columns;
     for (const ShownField& shown : kShownFields) {
         columns.push_back({shown.name});
     }
     FileReport report{Table(std::move(columns)), {}};
     kelcore::JSONValue& list = report.result["ingredients"] = kelcore::JSONValue::array();
-    for (auto entry = document->IngredientListIteratorBegin(); entry != document->IngredientListIteratorEnd();
-         ++entry) {
+    for (const auto& [key, ingredient] : ingredients) {
         std::vector<std::string> cells;
         kelcore::JSONValue json = kelcore::JSONValue::object();
         for (const ShownField& shown : kShownFields) {
-            const std::string& value = *entry->second.GetIngredientFieldPtr(shown.field);
+            const std::string& value = *ingredient.GetIngredientFieldPtr(shown.field);
             cells.push_back(value);
             json[shown.name] = value;
         }
@@ -57,7 +55,11 @@ CommandEntry AddIngredientsCommand(CLI::App& app) {
     CLI::App* command = app.add_subcommand(
         "ingredients", "List the ingredients of each file: source instance ID, parts, mapping, masking, path");
     AddFileOptions(*command, *options);
-    return {command, [options] { return ReportOnFiles(*options, "ingredients", ReportIngredients); }};
+    AddReaderOption(*command, options->reader);
+    return {command, [options] {
+                return ReportOnFiles(*options, "ingredients",
+                                     [&](const std::string& file) { return ReportIngredients(file, options->reader); });
+            }};
 }
 
 }  // namespace keltemporalxmp::tool

@@ -105,12 +105,13 @@ void WriteIndented(const std::string& text, std::size_t indent) {
     std::string out;
     out.reserve(text.size() + indent * 8);
     out += margin;
-    for (const char c : text) {
-        out += c;
-        if (c == '\n') {
-            out += margin;
-        }
+    std::size_t lineStart = 0;
+    for (std::size_t newline = text.find('\n'); newline != std::string::npos; newline = text.find('\n', lineStart)) {
+        out.append(text, lineStart, newline + 1 - lineStart);
+        out += margin;
+        lineStart = newline + 1;
     }
+    out.append(text, lineStart);
     std::fwrite(out.data(), 1, out.size(), stdout);
 }
 
@@ -176,8 +177,12 @@ void Report::BeginJsonList(const std::string& file, const std::string& listName)
 }
 
 void Report::AddJsonItem(const kelcore::JSONValue& item) {
+    AddDumpedJsonItem(Dumped(item));
+}
+
+void Report::AddDumpedJsonItem(const std::string& dumped) {
     std::fputs(m_listItems == 0 ? "\n" : ",\n", stdout);
-    WriteIndented(Dumped(item), kItemIndent);
+    WriteIndented(dumped, kItemIndent);
     ++m_listItems;
 }
 

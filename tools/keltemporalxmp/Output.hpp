@@ -51,6 +51,8 @@ public:
     // by item, so that a long list is never whole in memory.
     void BeginJsonList(const std::string& file, const std::string& listName);
     void AddJsonItem(const kelcore::JSONValue& item);
+    // An item already in the text its dump (two-space indent) would give.
+    void AddDumpedJsonItem(const std::string& dumped);
     void EndJsonList();
 
     // Ends the JSON document; nothing for the other formats.

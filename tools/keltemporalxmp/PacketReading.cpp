@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <iterator>
 #include <memory>
+#include <utility>
 
 #include <keltemporalxmp/streamread.hpp>
 
@@ -20,10 +21,12 @@ struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-// A sidecar's packet read as it streams in. False when the toolkit must read
-// the file: not a regular file (a FIFO would be read twice), unreadable (the
-// toolkit's message is the one to give), or beyond the streaming reader.
-bool StreamTracks(const std::string& path, std::vector<XMPTrack>& tracks) {
+// A sidecar's packet fed to a streaming reader as it is read. False when the
+// toolkit must read the file: not a regular file (a FIFO would be read
+// twice), unreadable (the toolkit's message is the one to give), or beyond
+// the streaming reader; then finish is not called.
+template <typename Reader, typename Finish>
+bool StreamSidecar(const std::string& path, Reader& reader, const Finish& finish) {
     struct stat status {};
     if (!IsSidecar(path) || ::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return false;
@@ -32,7 +35,6 @@ bool StreamTracks(const std::string& path, std::vector<XMPTrack>& tracks) {
     if (file == nullptr) {
         return false;
     }
-    PacketTrackReader reader;
     std::vector<char> buffer(kReadBytes);
     while (true) {
         const std::size_t read = std::fread(buffer.data(), 1, buffer.size(), file.get());
@@ -43,7 +45,12 @@ bool StreamTracks(const std::string& path, std::vector<XMPTrack>& tracks) {
             return false;
         }
     }
-    return std::ferror(file.get()) == 0 && reader.Finish(tracks);
+    return std::ferror(file.get()) == 0 && finish();
+}
+
+bool StreamTracks(const std::string& path, std::vector<XMPTrack>& tracks) {
+    PacketTrackReader reader;
+    return StreamSidecar(path, reader, [&] { return reader.Finish(tracks); });
 }
 
 std::vector<XMPTrack> ToolkitTracks(const std::string& path) {
@@ -73,6 +80,44 @@ std::vector<XMPTrack> ReadTracks(const std::string& path, ReaderChoice reader) {
         return tracks;
     }
     return ToolkitTracks(path);
+}
+
+std::optional<XMPTemporalMetadataCollector::Collection> StreamCollection(const std::string& path,
+                                                                         const CollectRange& range) {
+    PacketDocumentReader reader;
+    if (!StreamSidecar(path, reader, [&] { return reader.Finish(); })) {
+        return std::nullopt;
+    }
+    XMPTemporalMetadataCollector::Collection collection;
+    reader.Collect(range.mask, range.start, range.duration, range.maxRecords, collection);
+    return collection;
+}
+
+XMPTemporalMetadataCollector::Collection ReadCollection(const std::string& path, const CollectRange& range,
+                                                        ReaderChoice reader) {
+    if (reader == ReaderChoice::kFast) {
+        if (std::optional<XMPTemporalMetadataCollector::Collection> collection = StreamCollection(path, range)) {
+            return std::move(*collection);
+        }
+    }
+    const SXMPMeta meta = ReadDocument(path);
+    XMPTemporalMetadataCollector collector(range.mask, meta, range.start, range.duration, range.maxRecords);
+    return std::move(collector.GetXMPTemporalMetadataInfoCollection());
+}
+
+XMPDocOpsTemporal::IngredientList ReadIngredients(const std::string& path, ReaderChoice reader) {
+    XMPDocOpsTemporal::IngredientList ingredients;
+    if (reader == ReaderChoice::kFast) {
+        PacketDocumentReader stream;
+        if (StreamSidecar(path, stream, [&] { return stream.Finish(); })) {
+            stream.Ingredients(ingredients);
+            return ingredients;
+        }
+    }
+    SXMPMeta meta = ReadDocument(path);
+    const std::unique_ptr<XMPDocOpsTemporal> document = OpenTemporalDocument(meta);
+    ingredients.insert(document->IngredientListIteratorBegin(), document->IngredientListIteratorEnd());
+    return ingredients;
 }
 
 }  // namespace keltemporalxmp::tool

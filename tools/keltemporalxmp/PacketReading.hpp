@@ -3,11 +3,16 @@
 // text, falling back to the toolkit wherever it cannot answer with certainty,
 // or the toolkit alone.
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
+#include <keltemporalxmp/collector.hpp>
+#include <keltemporalxmp/docops.hpp>
 #include <keltemporalxmp/records.hpp>
+
+#include "CollectRange.hpp"
 
 namespace keltemporalxmp::tool {
 
@@ -19,5 +24,16 @@ void AddReaderOption(CLI::App& command, ReaderChoice& reader);
 // The file's tracks as XMPDocOpsTemporal gives them for its XMP; every
 // read-only command that lists tracks or markers (export too) reads them here.
 std::vector<XMPTrack> ReadTracks(const std::string& path, ReaderChoice reader);
+
+// The collection XMPTemporalMetadataCollector gives for the file's XMP.
+XMPTemporalMetadataCollector::Collection ReadCollection(const std::string& path, const CollectRange& range,
+                                                        ReaderChoice reader);
+// The same through the streaming reader alone; null when the toolkit must
+// read the file.
+std::optional<XMPTemporalMetadataCollector::Collection> StreamCollection(const std::string& path,
+                                                                         const CollectRange& range);
+
+// The ingredient list XMPDocOpsTemporal keeps for the file's XMP.
+XMPDocOpsTemporal::IngredientList ReadIngredients(const std::string& path, ReaderChoice reader);
 
 }  // namespace keltemporalxmp::tool
