@@ -155,15 +155,17 @@ private:
         return true;
     }
 
+    // A stretch given to expat: where it starts in what expat was fed, and in the bytes.
+    struct Piece {
+        std::size_t fed;
+        std::size_t offset;
+    };
+
     // Unchanged stretches go to expat as they are, converted ones in small
     // pieces whose length changes map expat's offsets back to the bytes.
     std::size_t FeedBytes(std::string_view text) {
         std::string converted;
         std::vector<TextChange> changes;
-        struct Piece {
-            std::size_t fed;
-            std::size_t offset;
-        };
         std::vector<Piece> pieces;
         std::size_t offset = 0;
         std::size_t fed = 0;
@@ -190,14 +192,14 @@ private:
 
     // Where expat stopped, in the bytes. An event that began in an earlier
     // piece counts from that piece's start: never past where it really was.
-    template <class Pieces>
-    std::size_t BytesRead(std::string_view text, const Pieces& pieces, const std::vector<TextChange>& changes) const {
+    std::size_t BytesRead(std::string_view text, const std::vector<Piece>& pieces,
+                          const std::vector<TextChange>& changes) const {
         const std::size_t at = StoppedAt();
         if (at == std::string_view::npos) return text.size();
         const auto after = std::upper_bound(pieces.begin(), pieces.end(), at,
-                                            [](std::size_t index, const auto& piece) { return index < piece.fed; });
+                                            [](std::size_t index, const Piece& piece) { return index < piece.fed; });
         if (after == pieces.begin()) return 0;
-        const auto& piece = *std::prev(after);
+        const Piece& piece = *std::prev(after);
         if (after != pieces.end()) return piece.offset;
         return piece.offset + OriginalOffset(changes, at - piece.fed);
     }
