@@ -9,8 +9,10 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <keltemporalxmp/collector.hpp>
+#include <keltemporalxmp/markers.hpp>
 #include <keltemporalxmp/streamread.hpp>
 
 #include "TrackAnswers.hpp"
@@ -116,6 +118,60 @@ inline Answer StreamDocumentsAnswer(std::string_view packet, std::size_t pieceBy
                            reader.Collect(call.mask, call.start, call.duration, kAnswerMaxRecords, collection);
                        },
                        [&](XMPDocOpsTemporal::IngredientList& list) { reader.Ingredients(list); })};
+}
+
+// The pantry as the tool lists it: each item's document, its markers
+// counted as ReadAllMarkers gives them.
+inline std::string DescribePantry(const std::vector<PantryItemDocument>& items) {
+    std::string text = "pantry\n";
+    for (const PantryItemDocument& item : items) {
+        MarkerList markers;
+        AppendMarkersOfTracks(item.tracks, markers);
+        text += std::to_string(item.item) + " [" + item.instanceID + "] [" + item.documentID + "] " +
+                std::to_string(markers.size()) + " markers in " + std::to_string(item.tracks.size()) + " tracks, " +
+                std::to_string(item.ingredients) + " ingredients\n" + Describe(item.tracks);
+    }
+    return text;
+}
+
+inline Answer ToolkitPantryAnswer(std::string_view packet) {
+    try {
+        const SXMPMeta meta(packet.data(), static_cast<XMP_StringLen>(packet.size()));
+        std::vector<PantryItemDocument> items;
+        const int count = meta.CountArrayItems(kXMP_NS_XMP_MM, "xmpMM:Pantry");
+        for (int item = 1; item <= count; ++item) {
+            SXMPMeta source;
+            XMPDocOpsTemporal::ExtractXMPMetaFromPantry(&source, meta,
+                                                        ("xmpMM:Pantry[" + std::to_string(item) + "]").c_str());
+            XMPDocOpsTemporal document;
+            document.OpenXMP(&source, "");
+            std::string instanceID;
+            std::string documentID;
+            source.GetProperty(kXMP_NS_XMP_MM, "xmpMM:InstanceID", &instanceID, nullptr);
+            source.GetProperty(kXMP_NS_XMP_MM, "xmpMM:DocumentID", &documentID, nullptr);
+            items.push_back({item, instanceID, documentID,
+                             {document.TrackListIteratorBegin(), document.TrackListIteratorEnd()},
+                             source.CountArrayItems(kXMP_NS_XMP_MM, "xmpMM:Ingredients")});
+        }
+        return {false, DescribePantry(items)};
+    } catch (...) {
+        return {false, ErrorText(std::current_exception())};
+    }
+}
+
+inline Answer StreamPantryAnswer(std::string_view packet, std::size_t pieceBytes = 0) {
+    PacketPantryReader reader;
+    const std::size_t step = pieceBytes == 0 ? std::max<std::size_t>(packet.size(), 1) : pieceBytes;
+    for (std::size_t offset = 0; offset < packet.size(); offset += step) {
+        if (!reader.Feed(packet.substr(offset, step))) {
+            return {true, ""};
+        }
+    }
+    std::vector<PantryItemDocument> items;
+    if (!reader.Finish(items)) {
+        return {true, ""};
+    }
+    return {false, DescribePantry(items)};
 }
 
 }  // namespace keltemporalxmp::fuzz

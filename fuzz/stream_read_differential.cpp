@@ -1,5 +1,5 @@
-// A packet through both readers, for its tracks and for its collections and
-// ingredient list: wherever the streaming reader answers, its answer is the
+// A packet through both readers, for its tracks, for its collections and
+// ingredient list, and for its pantry's documents: wherever the streaming reader answers, its answer is the
 // toolkit's, record by record or error by error, and feeding the packet in
 // pieces changes nothing.
 
@@ -25,6 +25,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         __builtin_trap();
     }
     if (!documents.handedOver && documents.text != fuzz::ToolkitDocumentsAnswer(packet).text) {
+        __builtin_trap();
+    }
+    const fuzz::Answer pantry = fuzz::StreamPantryAnswer(packet);
+    const fuzz::Answer pantryPieces = fuzz::StreamPantryAnswer(packet, 1 + size % 47);
+    if (pantryPieces.handedOver != pantry.handedOver || pantryPieces.text != pantry.text) {
+        __builtin_trap();
+    }
+    if (!pantry.handedOver && pantry.text != fuzz::ToolkitPantryAnswer(packet).text) {
         __builtin_trap();
     }
     return 0;

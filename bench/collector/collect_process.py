@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""Times `keltemporalxmp collect --json FILE` as a whole process on the nested composition of
-bench_collector (1,110 nested documents, MARKERS markers each), the streaming reader against
-`--reader toolkit`, runs interleaved so that both see the same load; checks both print the same.
+"""Times `keltemporalxmp COMMAND --json FILE` (collect unless given; pantry also reads every nested
+document) as a whole process on the nested composition of bench_collector (1,110 nested documents,
+MARKERS markers each), the streaming reader against `--reader toolkit`, runs interleaved so that
+both see the same load; checks both print the same.
 
-Usage: collect_process.py BUILD_DIR [MARKERS [RUNS]]   (BUILD_DIR: build/release)
+Usage: collect_process.py BUILD_DIR [MARKERS [RUNS [COMMAND]]]   (BUILD_DIR: build/release)
 Prints the medians of wall time and of user + system CPU time, the ratios and the peak RSS.
 """
 import os
@@ -31,23 +32,24 @@ def main(argv):
     build = argv[1]
     markers = argv[2] if len(argv) > 2 else "20"
     runs = int(argv[3]) if len(argv) > 3 else 5
+    command = argv[4] if len(argv) > 4 else "collect"
     tool = os.path.join(build, "tools/keltemporalxmp/keltemporalxmp")
     with tempfile.TemporaryDirectory() as scratch:
         packet = os.path.join(scratch, "composition.xmp")
         subprocess.run([os.path.join(build, "bench/bench_collector"), "--write-composition", markers, packet],
                        check=True)
-        readers = {"fast": [tool, "collect", "--json", packet],
-                   "toolkit": [tool, "collect", "--json", "--reader", "toolkit", packet]}
+        readers = {"fast": [tool, command, "--json", packet],
+                   "toolkit": [tool, command, "--json", "--reader", "toolkit", packet]}
         outputs = {name: subprocess.run(command, check=True, capture_output=True).stdout
                    for name, command in readers.items()}
         if outputs["fast"] != outputs["toolkit"]:
-            sys.exit("the two readers printed different collections")
+            sys.exit("the two readers printed different answers")
         times = {name: [] for name in readers}
         for _ in range(runs):
             for name, command in readers.items():
                 times[name].append(run(command))
         size = os.path.getsize(packet) / 1e6
-    records = outputs["fast"].count(b'"form"')
+    records = outputs["fast"].count(b'"form"') + outputs["fast"].count(b'"item"')
     print(f"composition: {size:.1f} MB, {records} records, {runs} runs each")
     medians = {}
     for name, samples in times.items():

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -67,6 +68,38 @@ public:
                  XMPTemporalMetadataCollector::Collection& collection);
     // The ingredient list XMPDocOpsTemporal keeps for the parsed packet.
     void Ingredients(XMPDocOpsTemporal::IngredientList& ingredients) const;
+
+private:
+    struct State;
+    std::unique_ptr<State> m_state;
+};
+
+// One item of a packet's xmpMM:Pantry as the document
+// ExtractXMPMetaFromPantry makes of it.
+struct PantryItemDocument {
+    int item = 0;  // from 1, counting items of every form
+    std::string instanceID;
+    std::string documentID;
+    std::vector<XMPTrack> tracks;  // as XMPDocOpsTemporal reads them
+    int ingredients = 0;           // items of its xmpMM:Ingredients
+};
+
+// The documents of a packet's pantry, from one pass over its text fed piece
+// by piece.
+class KELTXMP_API PacketPantryReader {
+public:
+    PacketPantryReader();
+    ~PacketPantryReader();
+    PacketPantryReader(const PacketPantryReader&) = delete;
+    PacketPantryReader& operator=(const PacketPantryReader&) = delete;
+
+    // False once the packet must go to the toolkit; the rest need not be fed.
+    bool Feed(std::string_view text);
+    // After the last piece: false when the packet must go to the toolkit,
+    // which it must also when extracting or reading an item would raise
+    // (the pantry or an item's ingredients no list, an item that is a list, a
+    // track list that cannot be read). Otherwise appends the items in order.
+    bool Finish(std::vector<PantryItemDocument>& items);
 
 private:
     struct State;

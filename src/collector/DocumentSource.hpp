@@ -41,5 +41,5 @@ public:
     virtual const DocumentRecords* Find(const std::string& instanceID, Content content) = 0;
 };
 
-}  // namespace gnu::visibility("hidden")]]collector
+}  // namespace collector
 }  // namespace keltemporalxmp

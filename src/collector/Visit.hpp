@@ -42,5 +42,5 @@ struct MarkerPlacement {
     const char* m_partMapping;
 };
 
-}  // namespace gnu::visibility("hidden")]]collector
+}  // namespace collector
 }  // namespace keltemporalxmp

@@ -60,5 +60,5 @@ private:
     std::set<std::string> m_visited;
 };
 
-}  // namespace gnu::visibility("hidden")]]collector
+}  // namespace collector
 }  // namespace keltemporalxmp

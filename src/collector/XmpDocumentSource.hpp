@@ -36,5 +36,5 @@ private:
     std::map<std::string, Document> m_pantry;
 };
 
-}  // namespace gnu::visibility("hidden")]]collector
+}  // namespace collector
 }  // namespace keltemporalxmp

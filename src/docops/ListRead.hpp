@@ -30,5 +30,5 @@ void ReadKeepingFailure(std::string& failure, Read&& read) {
 // XMP_Error naming the list when its read failed.
 void RequireCompleteRead(const std::string& failure, std::string_view listPath);
 
-}  // namespace gnu::visibility("hidden")]]docops
+}  // namespace docops
 }  // namespace keltemporalxmp

@@ -107,5 +107,5 @@ private:
     std::vector<XMPKeywordData> m_keywords;
 };
 
-}  // namespace gnu::visibility("hidden")]]docops
+}  // namespace docops
 }  // namespace keltemporalxmp

@@ -9,6 +9,7 @@ namespace keltemporalxmp::streamread {
 namespace {
 
 constexpr std::string_view kInstanceIDPath = "xmpMM:InstanceID";
+constexpr std::string_view kDocumentIDPath = "xmpMM:DocumentID";
 constexpr std::string_view kFieldPrefix = "stRef:";
 
 bool IsSimple(XMP_OptionBits options) {
@@ -33,8 +34,8 @@ const docops::IngredientFieldLayout* IngredientField(std::string_view name, bool
 
 }  // namespace
 
-DocumentReading::DocumentReading(std::string tracksPath)
-    : m_tracks(std::move(tracksPath), docops::KeywordCuePoints::kKeptAsCuePoints) {}
+DocumentReading::DocumentReading(std::string tracksPath, docops::KeywordCuePoints keywords)
+    : m_tracks(std::move(tracksPath), keywords) {}
 
 bool DocumentReading::Take(const TreeNode& node, std::string& value) {
     if (node.depth == 0) {
@@ -57,9 +58,9 @@ void DocumentReading::Finish() {
 }
 
 bool DocumentReading::TakeProperty(const TreeNode& node, std::string& value) {
-    if (node.name == kInstanceIDPath) {
+    if (node.name == kInstanceIDPath || node.name == kDocumentIDPath) {
         if (IsSimple(node.options)) {
-            m_instanceID = std::move(value);
+            (node.name == kInstanceIDPath ? m_instanceID : m_documentID) = std::move(value);
         }
         return false;
     }
@@ -69,6 +70,7 @@ bool DocumentReading::TakeProperty(const TreeNode& node, std::string& value) {
     }
     if (node.name == docops::kIngredientsPath) {
         m_part = (node.options & docops::kListForm) != 0 ? Part::kIngredients : Part::kNone;
+        m_ingredientsNotAList = m_part == Part::kNone;
         return m_part != Part::kNone;
     }
     if (const docops::IngredientFieldLayout* layout = IngredientField(node.name, true);
@@ -84,6 +86,7 @@ bool DocumentReading::TakeProperty(const TreeNode& node, std::string& value) {
 // Items at depth 1, their fields at depth 2; only simple fields are read.
 bool DocumentReading::TakeIngredientNode(const TreeNode& node, std::string& value) {
     if (node.depth == 1) {
+        ++m_ingredientItems;
         m_inIngredient = (node.options & docops::kItemForm) != 0;
         if (m_inIngredient) {
             m_ingredients.emplace_back();

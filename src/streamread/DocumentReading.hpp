@@ -1,9 +1,10 @@
 #pragma once
 // What the streaming reader keeps of one document (the packet's own, or an
 // item of its xmpMM:Pantry) as the nodes of its properties arrive: its
-// instance ID, its track list and the struct items of its ingredient list,
-// read the way the toolkit path reads them by path.
+// instance and document IDs, its track list and the struct items of its
+// ingredient list, read the way the toolkit path reads them by path.
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,7 +20,7 @@ namespace [[gnu::visibility("hidden")]] streamread {
 class DocumentReading {
 public:
     // tracksPath names the track list in messages.
-    explicit DocumentReading(std::string tracksPath);
+    DocumentReading(std::string tracksPath, docops::KeywordCuePoints keywords);
 
     // A node of one of the document's properties, depth 0 for the property.
     bool Take(const TreeNode& node, std::string& value);
@@ -27,6 +28,7 @@ public:
     void Finish();
 
     const std::string& InstanceID() const { return m_instanceID; }
+    const std::string& DocumentID() const { return m_documentID; }
     TrackListReading& TrackList() { return m_tracks; }
     // In list order, with the fields read from the item; the fields read from
     // top-level properties are in TopLevelFields.
@@ -34,6 +36,10 @@ public:
     // The ingredient fields that come from the document's own properties;
     // null when it has none.
     const XMP_internalIngredient* TopLevelFields() const { return m_topLevelFields.get(); }
+    // Items of any form in its ingredient list, as the toolkit counts them.
+    std::size_t IngredientItems() const { return m_ingredientItems; }
+    // Its xmpMM:Ingredients is there but no list: the toolkit will not count it.
+    bool IngredientsNotAList() const { return m_ingredientsNotAList; }
 
 private:
     enum class Part { kNone, kTracks, kIngredients };
@@ -43,13 +49,16 @@ private:
     void FinishPart();
 
     std::string m_instanceID;
+    std::string m_documentID;
     TrackListReading m_tracks;
     std::vector<XMP_internalIngredient> m_ingredients;
     // Made when first needed: a pantry can hold many documents.
     std::unique_ptr<XMP_internalIngredient> m_topLevelFields;
     Part m_part = Part::kNone;
     bool m_inIngredient = false;
+    std::size_t m_ingredientItems = 0;
+    bool m_ingredientsNotAList = false;
 };
 
-}  // namespace gnu::visibility("hidden")]]streamread
+}  // namespace streamread
 }  // namespace keltemporalxmp

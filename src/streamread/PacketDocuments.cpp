@@ -11,12 +11,18 @@ constexpr int kItemFieldDepth = 2;
 
 }  // namespace
 
-PacketDocuments::PacketDocuments() : m_top(docops::kTracksPath) {}
+PacketDocuments::PacketDocuments(PantryItems items)
+    : m_items(items), m_top(docops::kTracksPath, docops::KeywordCuePoints::kKeptAsCuePoints) {}
 
 bool PacketDocuments::Take(const TreeNode& node, std::string& value) {
     if (node.depth == 0) {
         FinishItem();
-        m_inPantry = node.name == docops::kPantryPath && (node.options & docops::kListForm) != 0;
+        const bool isPantry = node.name == docops::kPantryPath;
+        m_inPantry = isPantry && (node.options & docops::kListForm) != 0;
+        m_pantryUnlistable = m_pantryUnlistable || (isPantry && !m_inPantry);
+        if (m_items == PantryItems::kExtracted) {
+            return m_inPantry;  // the top document's own properties are not wanted
+        }
         // The top document still hears of the pantry, to close what it was reading.
         return m_top.Take(node, value) || m_inPantry;
     }
@@ -26,14 +32,7 @@ bool PacketDocuments::Take(const TreeNode& node, std::string& value) {
     if (node.depth == 1) {
         FinishItem();
         ++m_itemCount;
-        m_inItem = (node.options & docops::kItemForm) != 0;
-        if (m_inItem) {
-            m_itemTracksPath.assign(docops::kPantryPath);
-            docops::AppendItemIndex(m_itemTracksPath, m_itemCount);
-            m_itemTracksPath.append(1, '/').append(docops::kTracksPath);
-            m_pantry.emplace_back(m_itemTracksPath);
-        }
-        return m_inItem;
+        return StartItem(node.options);
     }
     if (!m_inItem) {
         return false;
@@ -44,6 +43,25 @@ bool PacketDocuments::Take(const TreeNode& node, std::string& value) {
 void PacketDocuments::Finish() {
     FinishItem();
     m_top.Finish();
+}
+
+bool PacketDocuments::StartItem(XMP_OptionBits options) {
+    const bool isStruct = (options & docops::kItemForm) != 0;
+    if (m_items == PantryItems::kExtracted) {
+        // The extracted document holds a struct's fields; a simple item has none.
+        m_pantryUnlistable = m_pantryUnlistable || (options & docops::kListForm) != 0;
+        m_pantry.emplace_back(docops::kTracksPath, docops::KeywordCuePoints::kToKeywords);
+        m_inItem = isStruct;
+        return m_inItem;
+    }
+    m_inItem = isStruct;
+    if (m_inItem) {
+        m_itemTracksPath.assign(docops::kPantryPath);
+        docops::AppendItemIndex(m_itemTracksPath, m_itemCount);
+        m_itemTracksPath.append(1, '/').append(docops::kTracksPath);
+        m_pantry.emplace_back(m_itemTracksPath, docops::KeywordCuePoints::kKeptAsCuePoints);
+    }
+    return m_inItem;
 }
 
 void PacketDocuments::FinishItem() {

@@ -48,5 +48,5 @@ private:
     std::unordered_set<std::string> m_namespaces;  // distinct URIs declared
 };
 
-}  // namespace gnu::visibility("hidden")]]streamread
+}  // namespace streamread
 }  // namespace keltemporalxmp

@@ -107,5 +107,5 @@ private:
     std::string m_attributeValue;
 };
 
-}  // namespace gnu::visibility("hidden")]]streamread
+}  // namespace streamread
 }  // namespace keltemporalxmp

@@ -34,5 +34,5 @@ private:
     std::map<std::string, Document> m_pantry;
 };
 
-}  // namespace gnu::visibility("hidden")]]streamread
+}  // namespace streamread
 }  // namespace keltemporalxmp

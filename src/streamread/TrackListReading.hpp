@@ -31,6 +31,7 @@ public:
 
     // The tracks, or what reading them raised.
     std::vector<XMPTrack>& Tracks();
+    bool Failed() const { return m_failure != nullptr; }
 
 private:
     std::string m_tracksPath;
@@ -54,5 +55,5 @@ private:
     bool m_inList = false;
 };
 
-}  // namespace gnu::visibility("hidden")]]streamread
+}  // namespace streamread
 }  // namespace keltemporalxmp

@@ -4,7 +4,9 @@
 // are the toolkit's, error by error; where it cannot be sure, it hands the
 // packet over.
 
+#include <algorithm>
 #include <cctype>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -20,7 +22,9 @@ using compositions::Compositions;
 using compositions::Expect;
 using keltemporalxmp::fuzz::Answer;
 using keltemporalxmp::fuzz::StreamDocumentsAnswer;
+using keltemporalxmp::fuzz::StreamPantryAnswer;
 using keltemporalxmp::fuzz::ToolkitDocumentsAnswer;
+using keltemporalxmp::fuzz::ToolkitPantryAnswer;
 
 class CompositionForms : public testing::TestWithParam<Composition> {};
 
@@ -34,6 +38,17 @@ TEST_P(CompositionForms, CollectAndListLikeTheToolkitOrHandedOver) {
         EXPECT_TRUE(stream.handedOver) << stream.text;
     }
     const Answer pieces = StreamDocumentsAnswer(composition.packet, 5);
+    EXPECT_EQ(pieces.handedOver, stream.handedOver);
+    EXPECT_EQ(pieces.text, stream.text);
+}
+
+TEST_P(CompositionForms, PantryListedLikeTheToolkitOrHandedOver) {
+    const Composition& composition = GetParam();
+    const Answer stream = StreamPantryAnswer(composition.packet);
+    if (!stream.handedOver) {
+        EXPECT_EQ(stream.text, ToolkitPantryAnswer(composition.packet).text);
+    }
+    const Answer pieces = StreamPantryAnswer(composition.packet, 5);
     EXPECT_EQ(pieces.handedOver, stream.handedOver);
     EXPECT_EQ(pieces.text, stream.text);
 }
@@ -57,6 +72,40 @@ TEST(CompositionForms, AnswersShowThePantryAndItsFailures) {
     EXPECT_NE(answer.find("collection error"), std::string::npos);
     EXPECT_NE(answer.find("collection\n"), std::string::npos);
     EXPECT_NE(answer.find("xmpMM:Pantry[2]/xmpDM:Tracks[1]/xmpDM:markers[1]"), std::string::npos);
+}
+
+const Composition& Named(const std::string& name) {
+    const auto found = std::find_if(Compositions().begin(), Compositions().end(),
+                                    [&](const Composition& composition) { return composition.name == name; });
+    if (found == Compositions().end()) {
+        throw std::invalid_argument("no composition named " + name);
+    }
+    return *found;
+}
+
+// Which forms the pantry listing reads itself: what would raise on the
+// toolkit path is handed over, so that its message is the toolkit's.
+TEST(CompositionForms, PantryListingReadsOrHandsOver) {
+    const struct {
+        const char* name;
+        bool handedOver;
+    } kCases[] = {
+        {"nested", false},
+        {"pantry items without an ID or not structs", false},
+        {"document IDs in each form and ingredient lists of every item form", false},
+        {"a keyword cue point that cannot be read in the pantry", true},
+        {"a pantry item that is a list and one whose ingredients are no list", true},
+        {"a pantry that is no list", true},
+    };
+    for (const auto& testCase : kCases) {
+        const std::string& packet = Named(testCase.name).packet;
+        EXPECT_EQ(StreamPantryAnswer(packet).handedOver, testCase.handedOver) << testCase.name;
+        EXPECT_EQ(ToolkitPantryAnswer(packet).text.starts_with("error"), testCase.handedOver) << testCase.name;
+    }
+    const std::string ids = StreamPantryAnswer(Named(kCases[2].name).packet).text;
+    EXPECT_NE(ids.find("1 [a] [doc a] 2 markers in 1 tracks, 2 ingredients"), std::string::npos) << ids;
+    EXPECT_NE(ids.find("2 [b] [] 0 markers in 0 tracks, 0 ingredients"), std::string::npos) << ids;
+    EXPECT_NE(ids.find("3 [] [] 0 markers in 0 tracks, 0 ingredients"), std::string::npos) << ids;
 }
 
 }  // namespace

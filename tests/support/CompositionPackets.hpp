@@ -137,6 +137,27 @@ inline const std::vector<Composition>& Compositions() {
                 Pantry(clipB)),
          Expect::kRead},
 
+        {"document IDs in each form and ingredient lists of every item form",
+         Packet(top + Pantry(Item(Id("a") + "<xmpMM:DocumentID>doc a</xmpMM:DocumentID>" + Tracks({"0", "7"}) +
+                                  Ingredients(Use("x", "time:0d1", "time:0d1") + "<rdf:li>text</rdf:li>")) +
+                             Item(Id("b") + "<xmpMM:DocumentID rdf:parseType=\"Resource\"><xmp:a>1</xmp:a>"
+                                            "</xmpMM:DocumentID><xmpMM:Ingredients><rdf:Seq/></xmpMM:Ingredients>") +
+                             "<rdf:li>text</rdf:li>")),
+         Expect::kRead},
+        {"a keyword cue point that cannot be read in the pantry",
+         Packet(top + Ingredients(Use("k", "time:0d1", "time:0d1")) +
+                Pantry(Item(Id("k") + Tracks({"1"}).insert(
+                                          Tracks({"1"}).find("<xmpDM:name>"),
+                                          "<xmpDM:cuePointParams><rdf:Seq><rdf:li rdf:parseType=\"Resource\">"
+                                          "<xmpDM:key>keywordExtKELv1_k</xmpDM:key><xmpDM:value>not json</xmpDM:value>"
+                                          "</rdf:li></rdf:Seq></xmpDM:cuePointParams>")))),
+         Expect::kRead},
+        {"a pantry item that is a list and one whose ingredients are no list",
+         Packet(top + Pantry("<rdf:li><rdf:Seq><rdf:li>x</rdf:li></rdf:Seq></rdf:li>" +
+                             Item(Id("c") + "<xmpMM:Ingredients>none</xmpMM:Ingredients>"))),
+         Expect::kRead},
+        {"a pantry that is no list",
+         Packet(top + "<xmpMM:Pantry rdf:parseType=\"Resource\">" + Id("d") + "</xmpMM:Pantry>"), Expect::kRead},
         {"pantry as alternatives", Packet(top + "<xmpMM:Pantry><rdf:Alt>" + clipA + "</rdf:Alt></xmpMM:Pantry>"),
          Expect::kHandedOver},
         {"ingredient field given twice",

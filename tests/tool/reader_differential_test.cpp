@@ -27,6 +27,7 @@ const std::vector<std::vector<std::string>> kReadCommands = {
     {"markers", "--json"},  {"tracks", "--json"},
     {"segments", "--json"}, {"ingredients", "--json"},
     {"collect", "--json"},  {"collect", "--json", "--mask", "7F", "--start", "1", "--max-records", "500"},
+    {"pantry", "--json"},
 };
 // Export takes one file: run on compositions only, where collecting matters.
 const std::vector<std::string> kExportCommand = {"export", "--collect", "--format", "edl"};

@@ -53,11 +53,37 @@ bool StreamTracks(const std::string& path, std::vector<XMPTrack>& tracks) {
     return StreamSidecar(path, reader, [&] { return reader.Finish(tracks); });
 }
 
-std::vector<XMPTrack> ToolkitTracks(const std::string& path) {
-    SXMPMeta meta = ReadDocument(path);
+std::vector<XMPTrack> TracksOf(SXMPMeta& meta) {
     const std::unique_ptr<XMPDocOpsTemporal> document = OpenTemporalDocument(meta);
     return {std::make_move_iterator(document->TrackListIteratorBegin()),
             std::make_move_iterator(document->TrackListIteratorEnd())};
+}
+
+std::vector<XMPTrack> ToolkitTracks(const std::string& path) {
+    SXMPMeta meta = ReadDocument(path);
+    return TracksOf(meta);
+}
+
+std::string MediaManagementProperty(const SXMPMeta& meta, const char* name) {
+    std::string value;
+    meta.GetProperty(kXMP_NS_XMP_MM, name, &value, nullptr);
+    return value;
+}
+
+std::vector<PantryItemDocument> ToolkitPantry(const std::string& path) {
+    const SXMPMeta meta = ReadDocument(path);
+    std::vector<PantryItemDocument> items;
+    const int count = meta.CountArrayItems(kXMP_NS_XMP_MM, "xmpMM:Pantry");
+    for (int item = 1; item <= count; ++item) {
+        SXMPMeta source;
+        XMPDocOpsTemporal::ExtractXMPMetaFromPantry(&source, meta,
+                                                    ("xmpMM:Pantry[" + std::to_string(item) + "]").c_str());
+        std::vector<XMPTrack> tracks = TracksOf(source);
+        items.push_back({item, MediaManagementProperty(source, "xmpMM:InstanceID"),
+                         MediaManagementProperty(source, "xmpMM:DocumentID"), std::move(tracks),
+                         source.CountArrayItems(kXMP_NS_XMP_MM, "xmpMM:Ingredients")});
+    }
+    return items;
 }
 
 }  // namespace
@@ -118,6 +144,17 @@ XMPDocOpsTemporal::IngredientList ReadIngredients(const std::string& path, Reade
     const std::unique_ptr<XMPDocOpsTemporal> document = OpenTemporalDocument(meta);
     ingredients.insert(document->IngredientListIteratorBegin(), document->IngredientListIteratorEnd());
     return ingredients;
+}
+
+std::vector<PantryItemDocument> ReadPantry(const std::string& path, ReaderChoice reader) {
+    if (reader == ReaderChoice::kFast) {
+        PacketPantryReader stream;
+        std::vector<PantryItemDocument> items;
+        if (StreamSidecar(path, stream, [&] { return stream.Finish(items); })) {
+            return items;
+        }
+    }
+    return ToolkitPantry(path);
 }
 
 }  // namespace keltemporalxmp::tool

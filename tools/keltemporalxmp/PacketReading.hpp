@@ -11,6 +11,7 @@
 #include <keltemporalxmp/collector.hpp>
 #include <keltemporalxmp/docops.hpp>
 #include <keltemporalxmp/records.hpp>
+#include <keltemporalxmp/streamread.hpp>
 
 #include "CollectRange.hpp"
 
@@ -35,5 +36,8 @@ std::optional<XMPTemporalMetadataCollector::Collection> StreamCollection(const s
 
 // The ingredient list XMPDocOpsTemporal keeps for the file's XMP.
 XMPDocOpsTemporal::IngredientList ReadIngredients(const std::string& path, ReaderChoice reader);
+
+// Each item of the file's xmpMM:Pantry as ExtractXMPMetaFromPantry gives it.
+std::vector<PantryItemDocument> ReadPantry(const std::string& path, ReaderChoice reader);
 
 }  // namespace keltemporalxmp::tool

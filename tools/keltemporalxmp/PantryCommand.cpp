@@ -1,4 +1,4 @@
-// pantry FILE...: the source documents each file carries, with what they hold.
+// pantry FILE... [--reader R]: the source documents each file carries, with what they hold.
 
 #include <memory>
 #include <string>
@@ -6,40 +6,28 @@
 #include <keltemporalxmp/markers.hpp>
 
 #include "CommandList.hpp"
-#include "Documents.hpp"
 #include "FileReport.hpp"
+#include "PacketReading.hpp"
 
 namespace keltemporalxmp::tool {
 namespace {
 
-std::string Property(const SXMPMeta& meta, const char* name) {
-    std::string value;
-    meta.GetProperty(kXMP_NS_XMP_MM, name, &value, nullptr);
-    return value;
-}
-
-FileReport ReportPantry(const std::string& file) {
-    const SXMPMeta meta = ReadDocument(file);
+FileReport ReportPantry(const std::string& file, ReaderChoice reader) {
+    const std::vector<PantryItemDocument> items = ReadPantry(file, reader);
     FileReport report{Table({{"item", true}, {"instanceID"}, {"documentID"}, {"markers", true}, {"ingredients", true}}),
                       {}};
     kelcore::JSONValue& list = report.result["pantry"] = kelcore::JSONValue::array();
-    const int items = meta.CountArrayItems(kXMP_NS_XMP_MM, "xmpMM:Pantry");
-    for (int item = 1; item <= items; ++item) {
-        SXMPMeta source;
-        XMPDocOpsTemporal::ExtractXMPMetaFromPantry(&source, meta,
-                                                    ("xmpMM:Pantry[" + std::to_string(item) + "]").c_str());
+    for (const PantryItemDocument& item : items) {
+        // Counted as ReadAllMarkers gives them, so a marker it cannot make fails here too.
         MarkerList markers;
-        ReadAllMarkers(source, markers);
-        const std::string instanceID = Property(source, "xmpMM:InstanceID");
-        const std::string documentID = Property(source, "xmpMM:DocumentID");
-        const int ingredients = source.CountArrayItems(kXMP_NS_XMP_MM, "xmpMM:Ingredients");
-        report.table.AddRow({std::to_string(item), instanceID, documentID, std::to_string(markers.size()),
-                             std::to_string(ingredients)});
-        list.push_back({{"item", item},
-                        {"instanceID", instanceID},
-                        {"documentID", documentID},
+        AppendMarkersOfTracks(item.tracks, markers);
+        report.table.AddRow({std::to_string(item.item), item.instanceID, item.documentID,
+                             std::to_string(markers.size()), std::to_string(item.ingredients)});
+        list.push_back({{"item", item.item},
+                        {"instanceID", item.instanceID},
+                        {"documentID", item.documentID},
                         {"markers", markers.size()},
-                        {"ingredients", ingredients}});
+                        {"ingredients", item.ingredients}});
     }
     return report;
 }
@@ -51,7 +39,11 @@ CommandEntry AddPantryCommand(CLI::App& app) {
     CLI::App* command = app.add_subcommand(
         "pantry", "List the source documents each file carries: instance and document IDs, markers, ingredients");
     AddFileOptions(*command, *options);
-    return {command, [options] { return ReportOnFiles(*options, "pantry", ReportPantry); }};
+    AddReaderOption(*command, options->reader);
+    return {command, [options] {
+                return ReportOnFiles(*options, "pantry",
+                                     [&](const std::string& file) { return ReportPantry(file, options->reader); });
+            }};
 }
 
 }  // namespace keltemporalxmp::tool
