@@ -253,26 +253,68 @@ std::string JpegSegment(char marker, const std::string& payload) {
     return std::string{'\xFF', marker, static_cast<char>(length >> 8), static_cast<char>(length & 0xFF)} + payload;
 }
 
-// Extended XMP, a packet split over segments too short to show its depth,
-// is never put together by the toolkit: the file reads as its main packet.
-TEST_F(MediaFileGuard, ExtendedXmpSplitOverSegmentsIsNotParsed) {
+// A JPEG whose main packet points at an extended packet written in pieces
+// of `pieceBytes`; `skipPiece` leaves one piece out (none when npos).
+std::string JpegWithExtendedXmp(const std::string& extended, std::size_t pieceBytes,
+                                std::size_t skipPiece = std::string::npos) {
     const std::string guid = "0123456789ABCDEF0123456789ABCDEF";
     const std::string main = Wrapped("<xmpNote:HasExtendedXMP xmlns:xmpNote='http://ns.adobe.com/xmp/note/'>" + guid +
                                      "</xmpNote:HasExtendedXMP>");
-    const std::string extended = NestedPacket(kNestingForms.front(), 50000);
     std::string jpeg = "\xFF\xD8" + JpegSegment('\xE1', std::string("http://ns.adobe.com/xap/1.0/") + '\0' + main);
-    for (std::size_t offset = 0; offset < extended.size(); offset += 40) {
+    for (std::size_t offset = 0, piece = 0; offset < extended.size(); offset += pieceBytes, ++piece) {
+        if (piece == skipPiece) continue;
         std::string header = std::string("http://ns.adobe.com/xmp/extension/") + '\0' + guid;
         for (const std::size_t value : {extended.size(), offset}) {
             for (const int shift : {24, 16, 8, 0}) header += static_cast<char>((value >> shift) & 0xFF);
         }
-        jpeg += JpegSegment('\xE1', header + extended.substr(offset, 40));
+        jpeg += JpegSegment('\xE1', header + extended.substr(offset, pieceBytes));
     }
-    SXMPFiles file(Write(jpeg + "\xFF\xD9").c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead);
-    SXMPMeta meta;
-    ASSERT_TRUE(file.GetXMP(&meta));
-    EXPECT_TRUE(meta.DoesPropertyExist("http://ns.adobe.com/xmp/note/", "HasExtendedXMP"));
-    EXPECT_FALSE(meta.DoesPropertyExist(kDc.c_str(), "p"));
+    return jpeg + "\xFF\xD9";
+}
+
+// The JPEG handler puts extended XMP together from its pieces and parses it:
+// split in pieces too short to show its depth, a deep packet crashed a write.
+// The pieces are guarded as they will be read, for reading and for update
+// alike, and a refused file is left as it was; a shallow one reads whole.
+TEST_F(MediaFileGuard, ExtendedXmpIsGuardedAsItIsPutTogether) {
+    const NestingForm& form = kNestingForms.front();
+    const struct {
+        const char* name;
+        std::string jpeg;
+        const char* refusal;  // null: read
+    } kCases[] = {
+        {"deep, in 40-byte pieces", JpegWithExtendedXmp(NestedPacket(form, 50000), 40),
+         "kMaxNestingDepth) at line 1 of the extended XMP in segments from byte 377"},
+        {"deep, in large pieces", JpegWithExtendedXmp(NestedPacket(form, 50000), 60000), "kMaxNestingDepth"},
+        {"a piece missing", JpegWithExtendedXmp(NestedPacket(form, 20), 40, 3), "leave gaps"},
+        {"shallow, in pieces", JpegWithExtendedXmp(NestedPacket(form, 20), 40), nullptr},
+    };
+    for (const auto& testCase : kCases) {
+        SCOPED_TRACE(testCase.name);
+        const std::string path = Write(testCase.jpeg);
+        for (const XMP_OptionBits mode : {kXMPFiles_OpenForRead, kXMPFiles_OpenForUpdate}) {
+            try {
+                SXMPFiles file(path.c_str(), kXMP_UnknownFile, mode);
+                SXMPMeta meta;
+                ASSERT_TRUE(file.GetXMP(&meta));
+                EXPECT_TRUE(meta.DoesPropertyExist(kDc.c_str(), "p"));
+                if (mode == kXMPFiles_OpenForUpdate) {
+                    meta.SetProperty(kDc.c_str(), "written", "yes");
+                    file.PutXMP(meta);
+                    file.CloseFile();
+                }
+                EXPECT_EQ(testCase.refusal, nullptr);
+            } catch (const XMP_Error& error) {
+                ASSERT_NE(testCase.refusal, nullptr) << error.GetErrMsg();
+                EXPECT_NE(std::string(error.GetErrMsg()).find(testCase.refusal), std::string::npos)
+                    << error.GetErrMsg();
+            }
+        }
+        if (testCase.refusal != nullptr) {
+            std::ifstream in(path, std::ios::binary);
+            EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), testCase.jpeg);
+        }
+    }
 }
 
 // Bytes the toolkit reads as wider characters must not carry the search for

@@ -7,6 +7,7 @@
 
 #include "FileHandle.hpp"
 #include "MappedFile.hpp"
+#include "MetaTree.hpp"
 #include "PacketGuard.hpp"
 #include "SafeReplace.hpp"
 #include "ToolkitCall.hpp"
@@ -98,6 +99,17 @@ public:
             packetInfo->writeable = info.writeable;
             packetInfo->hasWrapper = info.hasWrapper;
         }
+        return true;
+    }
+
+    // The handler's own tree: with a JPEG's extended XMP, which the packet
+    // text leaves out (and a write would then drop), and without parsing
+    // again what the handler parsed. Every packet it read was guarded at open.
+    bool GetTree(MetaTree& tree) override {
+        auto object = XmpObject::NewEmpty();
+        const ToolkitOutcome outcome = CallToolkit([&] { return xmp_files_get_xmp(m_file, object->Get()); });
+        if (!FoundUnlessFailed(outcome, "TXMPFiles::GetXMP", m_path)) return false;
+        tree = MetaTree(std::move(object));
         return true;
     }
 

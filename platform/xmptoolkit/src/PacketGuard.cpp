@@ -16,6 +16,7 @@
 #include <xmptoolkit/XMP_Const.hpp>
 #include <xmptoolkit/XMP_PacketLimits.hpp>
 
+#include "ExtendedXmp.hpp"
 #include "ToolkitCall.hpp"
 #include "ToolkitText.hpp"
 
@@ -356,9 +357,20 @@ void GuardEmbeddedPackets(std::string_view fileBytes, std::string_view operation
             if (next[i] < at) next[i] = find(i, at);
             start = std::min(start, next[i]);
         }
-        if (start == std::string_view::npos) return;
+        if (start == std::string_view::npos) break;
         const std::string where = " of the packet at byte " + std::to_string(start);
         at = start + GuardOne(fileBytes.substr(start), operation, path, where, kXMPErr_BadXML);
+    }
+    for (const ExtendedXmp& extended : FindExtendedXmp(fileBytes)) {
+        const std::string where = " of the extended XMP in segments from byte " + std::to_string(extended.firstSegment);
+        // The toolkit may piece such a packet together otherwise than read here.
+        if (!extended.piecesTile)
+            RaiseError(kXMPErr_BadJPEG, operation, path,
+                       "extended XMP in pieces that overlap, repeat or leave gaps" + where);
+        if (extended.text.size() > Limits::kMaxPacketBytes)
+            RaiseError(kXMPErr_BadXML, operation, path,
+                       Exceeded("packet bytes", Limits::kMaxPacketBytes, "kMaxPacketBytes") + where);
+        GuardOne(extended.text, operation, path, where, kXMPErr_BadXML);
     }
 }
 

@@ -2,7 +2,10 @@
 #include <fstream>
 #include <iterator>
 
+#include <xmptoolkit/XMP_Error.hpp>
+
 #include "FileHandle.hpp"
+#include "MetaTree.hpp"
 #include "SafeReplace.hpp"
 #include "ToolkitCall.hpp"
 
@@ -33,6 +36,12 @@ public:
         return true;
     }
 
+    bool GetTree(MetaTree& tree) override {
+        if (m_packet.empty()) return false;
+        ParseFilePacket(tree, m_packet, m_path);
+        return true;
+    }
+
     bool CanPutPacket(const std::string&) override { return m_forUpdate; }
 
     // Always through a temporary file: a sidecar is small.
@@ -47,6 +56,14 @@ private:
 };
 
 }  // namespace
+
+void ParseFilePacket(MetaTree& tree, const std::string& packet, const std::string& path) {
+    try {
+        tree.Parse(packet.c_str(), static_cast<XMP_StringLen>(packet.size()));
+    } catch (const XMP_Error& error) {
+        RaiseError(error.GetID(), "TXMPFiles::GetXMP", path, error.GetErrMsg());
+    }
+}
 
 std::unique_ptr<FileHandle> OpenSidecarFile(const std::string& path, XMP_OptionBits openFlags) {
     return std::make_unique<SidecarFile>(path, openFlags);

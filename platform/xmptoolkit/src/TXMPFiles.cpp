@@ -8,6 +8,7 @@
 #include "FileChecks.hpp"
 #include "FileHandle.hpp"
 #include "FileLock.hpp"
+#include "MetaTree.hpp"
 #include "ToolkitCall.hpp"
 
 namespace {
@@ -92,17 +93,11 @@ void TXMPFiles<tStringObj>::CloseFile(XMP_OptionBits closeFlags) {
 template <class tStringObj>
 bool TXMPFiles<tStringObj>::GetXMP(TXMPMeta<tStringObj>* xmpObj, tStringObj* xmpPacket, XMP_PacketInfo* packetInfo) {
     RequireOpenFile("TXMPFiles::GetXMP");
-    tStringObj packet;
-    if (!m_file->GetPacket(&packet, packetInfo)) return false;
     if (xmpObj != nullptr) {
-        try {
-            xmpObj->ParseFromBuffer(packet.c_str(), static_cast<XMP_StringLen>(packet.size()));
-        } catch (const XMP_Error& error) {
-            xmptoolkit_detail::RaiseError(error.GetID(), "TXMPFiles::GetXMP", m_path, error.GetErrMsg());
-        }
+        if (!m_file->GetTree(xmpObj->Tree())) return false;
+        if (xmpPacket == nullptr && packetInfo == nullptr) return true;
     }
-    if (xmpPacket != nullptr) *xmpPacket = std::move(packet);
-    return true;
+    return m_file->GetPacket(xmpPacket, packetInfo);
 }
 
 template <class tStringObj>
