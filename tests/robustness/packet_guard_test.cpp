@@ -313,6 +313,13 @@ TEST_F(MediaFileGuard, ExtendedXmpIsGuardedAsItIsPutTogether) {
         if (testCase.refusal != nullptr) {
             std::ifstream in(path, std::ios::binary);
             EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), testCase.jpeg);
+        } else {
+            // The write kept what the extended XMP held.
+            SXMPFiles file(path.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead);
+            SXMPMeta meta;
+            ASSERT_TRUE(file.GetXMP(&meta));
+            EXPECT_TRUE(meta.DoesPropertyExist(kDc.c_str(), "written"));
+            EXPECT_TRUE(meta.DoesPropertyExist(kDc.c_str(), "p"));
         }
     }
 }
