@@ -339,6 +339,38 @@ TEST_F(MediaFileGuard, FindsThePacketRightAfterOneWithRepairedBytes) {
     }
 }
 
+// Every way a packet may start, behind bytes that look like its start but
+// are not (and end in one that no UTF-16 text could start with): the guard
+// finds each where a scanner of the file's bytes would.
+TEST_F(MediaFileGuard, FindsPacketsInEveryFormAmongOtherBytes) {
+    const std::string deep = NestedPacket(kNestingForms.front(), 2000);
+    const std::string wrapped = "<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?>" + deep + "<?xpacket end='w'?>";
+    const std::string noise = std::string("<x:xmp <rdf:R \0<\0?\0x <\0?\0x <?xpacket", 42) + std::string(3000, '\0') + ".";
+    const struct {
+        const char* name;
+        std::string packet;
+    } kCases[] = {
+        {"xpacket header", wrapped},
+        {"x:xmpmeta", deep},
+        {"rdf:RDF", deep.substr(deep.find("<rdf:RDF"))},
+        {"UTF-16 little-endian", Utf16(wrapped, true).substr(2)},
+        {"UTF-16 big-endian", Utf16(wrapped, false).substr(2)},  // starts at the zero byte before its '<'
+    };
+    for (const auto& testCase : kCases) {
+        SCOPED_TRACE(testCase.name);
+        m_path = testing::TempDir() + "guard-" + std::to_string(::getpid()) + ".dat";
+        std::ofstream(m_path, std::ios::binary) << noise + testCase.packet;
+        try {
+            SXMPFiles file(m_path.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead | kXMPFiles_OpenUsePacketScanning);
+            ADD_FAILURE() << "accepted";
+        } catch (const XMP_Error& error) {
+            const std::string where = "of the packet at byte " + std::to_string(noise.size());
+            EXPECT_NE(std::string(error.GetErrMsg()).find(where), std::string::npos) << error.GetErrMsg();
+            EXPECT_NE(std::string(error.GetErrMsg()).find("kMaxNestingDepth"), std::string::npos);
+        }
+    }
+}
+
 TEST_F(MediaFileGuard, RefusesADeepPacketBeforeTheFileHandlerParsesIt) {
     const NestingForm& form = kNestingForms.front();
     const std::string deep = Write(JpegWithPacket("<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?>" +

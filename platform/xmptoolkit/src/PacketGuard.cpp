@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <functional>
 #include <new>
 #include <optional>
 #include <string>
@@ -312,6 +311,28 @@ std::size_t GuardOne(std::string_view text, std::string_view operation, std::str
     return read;
 }
 
+// The first of `starts` at or after `from`. Each holds one '<', found with
+// memchr: media files are large, and most hold few of them.
+template <std::size_t kCount>
+std::optional<std::size_t> NextPacketStart(std::string_view bytes, std::size_t from,
+                                           const std::array<std::string, kCount>& starts) {
+    for (std::size_t scan = from; scan < bytes.size();) {
+        const void* found = std::memchr(bytes.data() + scan, '<', bytes.size() - scan);
+        if (found == nullptr) return std::nullopt;
+        const std::size_t angle = static_cast<std::size_t>(static_cast<const char*>(found) - bytes.data());
+        // Text that reads as UTF-16 both ways starts where its first byte is.
+        std::optional<std::size_t> first;
+        for (const std::string& start : starts) {
+            const std::size_t lead = start.find('<');
+            if (angle >= from + lead && bytes.substr(angle - lead).starts_with(start))
+                first = std::min(first.value_or(angle), angle - lead);
+        }
+        if (first) return first;
+        scan = angle + 1;
+    }
+    return std::nullopt;
+}
+
 std::string Utf16(std::string_view ascii, bool little) {
     std::string wide;
     for (char c : ascii) {
@@ -336,31 +357,13 @@ void GuardEmbeddedPackets(std::string_view fileBytes, std::string_view operation
     constexpr std::string_view kHeader = "<?xpacket begin";
     static const std::array<std::string, 5> kStarts = {std::string(kHeader), "<x:xmpmeta", "<rdf:RDF",
                                                        Utf16(kHeader, true), Utf16(kHeader, false)};
-    // Skipping searches: media files are large and full of '<' and zero bytes.
-    using Searcher = std::boyer_moore_horspool_searcher<std::string::const_iterator>;
-    static const std::array<Searcher, kStarts.size()> kSearchers = [] {
-        auto make = [](const std::string& start) { return Searcher(start.begin(), start.end()); };
-        return std::array<Searcher, kStarts.size()>{make(kStarts[0]), make(kStarts[1]), make(kStarts[2]),
-                                                    make(kStarts[3]), make(kStarts[4])};
-    }();
-    auto find = [&](std::size_t which, std::size_t from) {
-        const auto found = std::search(fileBytes.begin() + from, fileBytes.end(), kSearchers[which]);
-        return found == fileBytes.end() ? std::string_view::npos : static_cast<std::size_t>(found - fileBytes.begin());
-    };
-    // The next match of each start, kept so that the search stays linear.
-    std::array<std::size_t, kStarts.size()> next{};
-    for (std::size_t i = 0; i < kStarts.size(); ++i) next[i] = find(i, 0);
     std::size_t at = 0;
-    while (true) {
-        std::size_t start = std::string_view::npos;
-        for (std::size_t i = 0; i < kStarts.size(); ++i) {
-            if (next[i] < at) next[i] = find(i, at);
-            start = std::min(start, next[i]);
-        }
-        if (start == std::string_view::npos) break;
-        const std::string where = " of the packet at byte " + std::to_string(start);
-        at = start + GuardOne(fileBytes.substr(start), operation, path, where, kXMPErr_BadXML);
+    while (const std::optional<std::size_t> start = NextPacketStart(fileBytes, at, kStarts)) {
+        const std::string where = " of the packet at byte " + std::to_string(*start);
+        at = *start + GuardOne(fileBytes.substr(*start), operation, path, where, kXMPErr_BadXML);
     }
+    // Only the JPEG handler puts packets together out of pieces.
+    if (!fileBytes.starts_with("\xFF\xD8")) return;
     for (const ExtendedXmp& extended : FindExtendedXmp(fileBytes)) {
         const std::string where = " of the extended XMP in segments from byte " + std::to_string(extended.firstSegment);
         // The toolkit may piece such a packet together otherwise than read here.
