@@ -6,6 +6,7 @@
 #include <cstring>
 #include <new>
 #include <optional>
+#include <random>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -29,10 +30,22 @@ using Limits = XMP_PacketLimits;
 constexpr std::size_t kChunkBytes = std::size_t{16} << 20;
 // Converted text goes in small pieces: each keeps a list of its length changes.
 constexpr std::size_t kConvertedPieceBytes = std::size_t{64} << 10;
+// The first copied piece of a scan: in a media file most scans start on a
+// '<' among binary bytes and end a few bytes on, so pieces start small and grow.
+constexpr std::size_t kFirstCopiedPieceBytes = 32;
+// How often, on average, a media file's bytes may be read again because
+// markup hides in what an earlier scan read as comments or CDATA.
+constexpr std::uint64_t kRereadFactor = 16;
 
 struct Breach {
     std::string m_what;
     std::uint64_t m_line = 0;
+};
+
+// A stretch of the bytes, [m_begin, m_end).
+struct Span {
+    std::size_t m_begin = 0;
+    std::size_t m_end = 0;
 };
 
 struct Level {
@@ -111,14 +124,22 @@ std::string Exceeded(std::string_view what, std::uint64_t limit, std::string_vie
     return text;
 }
 
+// Expat draws a fresh hash salt from the system for every parse; one secret
+// salt for the process keeps its tables as safe from crafted names, without a
+// system call for each of the many short scans of a media file.
+unsigned long ProcessHashSalt() {
+    static const unsigned long salt = [] {
+        std::random_device entropy;
+        return (static_cast<unsigned long>(entropy()) << 32) ^ entropy();
+    }();
+    return salt;
+}
+
 // One streaming pass over one packet, up to the end of its root element.
 class LimitScan {
 public:
-    explicit LimitScan(TextForm form)
-        : m_form(form), m_parser(XML_ParserCreate(form == TextForm::Bytes ? "UTF-8" : "ISO-8859-1")) {
+    LimitScan() : m_parser(XML_ParserCreate(nullptr)) {
         if (m_parser == nullptr) throw std::bad_alloc();
-        XML_SetUserData(m_parser, this);
-        XML_SetElementHandler(m_parser, &LimitScan::OnStart, &LimitScan::OnEnd);
         m_levels.reserve(64);
     }
     ~LimitScan() { XML_ParserFree(m_parser); }
@@ -127,15 +148,47 @@ public:
 
     // The bytes read: up to the root element's end, the first malformed
     // markup or a breach; never zero, so a caller searching on moves on.
-    std::size_t Run(std::string_view text) {
-        if (m_form == TextForm::Bytes) return FeedBytes(text);
-        const std::size_t mark = HasByteOrderMark(text, m_form) ? 2 : 0;
-        return mark + FeedUtf16(text.substr(mark), m_form == TextForm::Utf16LE);
+    // One scan may run many times.
+    std::size_t Run(std::string_view text, TextForm form) {
+        Reset(form);
+        std::size_t read = 0;
+        if (m_form == TextForm::Bytes) {
+            read = FeedBytes(text);
+        } else {
+            m_utf16Mark = HasByteOrderMark(text, m_form) ? 2 : 0;
+            read = m_utf16Mark + FeedUtf16(text.substr(m_utf16Mark), m_form == TextForm::Utf16LE);
+        }
+        if (m_openSpan) m_spans.push_back({*m_openSpan, read});  // a CDATA section or DOCTYPE never closed
+        return read;
     }
 
     const std::optional<Breach>& GetBreach() const { return m_breach; }
+    // What the last run read as comments, CDATA, processing instructions or
+    // a DOCTYPE, in offsets of its text: markup may hide in them.
+    const std::vector<Span>& OpaqueSpans() const { return m_spans; }
 
 private:
+    void Reset(TextForm form) {
+        m_form = form;
+        if (!XML_ParserReset(m_parser, form == TextForm::Bytes ? "UTF-8" : "ISO-8859-1")) throw std::bad_alloc();
+        XML_SetHashSalt(m_parser, ProcessHashSalt());
+        XML_SetUserData(m_parser, this);
+        XML_SetElementHandler(m_parser, &LimitScan::OnStart, &LimitScan::OnEnd);
+        XML_SetCommentHandler(m_parser, &LimitScan::OnComment);
+        XML_SetProcessingInstructionHandler(m_parser, &LimitScan::OnInstruction);
+        XML_SetCdataSectionHandler(m_parser, &LimitScan::OnCdataStart, &LimitScan::OnCdataEnd);
+        XML_SetDoctypeDeclHandler(m_parser, &LimitScan::OnDoctypeStart, &LimitScan::OnDoctypeEnd);
+        m_levels.clear();
+        m_breach.reset();
+        m_namespaces.clear();
+        m_stopped = false;
+        m_spans.clear();
+        m_pieces.clear();
+        m_changes.clear();
+        m_utf16Mark = 0;
+        m_openSpan.reset();
+    }
+
     // Where parsing ended, as an offset into the bytes; npos for unknown.
     std::size_t StoppedAt() const {
         const XML_Index at = XML_GetCurrentByteIndex(m_parser);
@@ -155,34 +208,37 @@ private:
         return true;
     }
 
-    // A stretch given to expat: where it starts in what expat was fed, and in the bytes.
+    // A stretch given to expat: where it starts in what expat was fed and in
+    // the bytes, and whether it was copied with changes.
     struct Piece {
         std::size_t fed;
         std::size_t offset;
+        bool converted;
     };
 
     // Unchanged stretches go to expat as they are, converted ones in small
     // pieces whose length changes map expat's offsets back to the bytes.
     std::size_t FeedBytes(std::string_view text) {
         std::string converted;
-        std::vector<TextChange> changes;
-        std::vector<Piece> pieces;
         std::size_t offset = 0;
         std::size_t fed = 0;
+        std::size_t budget = kFirstCopiedPieceBytes;
         while (!PastSizeLimit(offset)) {
             const std::size_t changed = FindChangedByte(text, offset, std::min(offset + kChunkBytes, text.size()));
             std::string_view piece;
             std::size_t next = changed;
-            if (changed > offset) {
-                piece = text.substr(offset, changed - offset);
-                changes.clear();
-            } else {
-                next = ConvertAsToolkitReads(text, offset, kConvertedPieceBytes, converted, changes);
+            const bool convert = changed == offset;
+            if (convert) {
+                next = ConvertAsToolkitReads(text, offset, budget, converted, m_changes);
+                budget = std::min(2 * budget, kConvertedPieceBytes);
                 piece = converted;
+            } else {
+                piece = text.substr(offset, changed - offset);
+                m_changes.clear();
             }
-            pieces.push_back({fed, offset});
+            m_pieces.push_back({fed, offset, convert});
             const bool last = next >= text.size();
-            if (!Parse(piece, last)) return std::max<std::size_t>(1, BytesRead(text, pieces, changes));
+            if (!Parse(piece, last)) return std::max<std::size_t>(1, BytesRead(text));
             if (last) return std::max<std::size_t>(1, next);
             fed += piece.size();
             offset = next;
@@ -190,26 +246,34 @@ private:
         return offset;
     }
 
-    // Where expat stopped, in the bytes. An event that began in an earlier
-    // piece counts from that piece's start: never past where it really was.
-    std::size_t BytesRead(std::string_view text, const std::vector<Piece>& pieces,
-                          const std::vector<TextChange>& changes) const {
+    // Where expat stopped, in the bytes.
+    std::size_t BytesRead(std::string_view text) const {
         const std::size_t at = StoppedAt();
-        if (at == std::string_view::npos) return text.size();
-        const auto after = std::upper_bound(pieces.begin(), pieces.end(), at,
+        return at == std::string_view::npos ? text.size() : Original(at, false);
+    }
+
+    // Offset `at` of what expat was fed, in the bytes. Inside a copied piece
+    // other than the last, the piece's start, or with `roundUp` its end: never
+    // past (or short of) where it really was.
+    std::size_t Original(std::size_t at, bool roundUp) const {
+        if (m_form != TextForm::Bytes) return m_utf16Mark + 2 * at;
+        const auto after = std::upper_bound(m_pieces.begin(), m_pieces.end(), at,
                                             [](std::size_t index, const Piece& piece) { return index < piece.fed; });
-        if (after == pieces.begin()) return 0;
+        if (after == m_pieces.begin()) return 0;
         const Piece& piece = *std::prev(after);
-        if (after != pieces.end()) return piece.offset;
-        return piece.offset + OriginalOffset(changes, at - piece.fed);
+        if (!piece.converted) return piece.offset + (at - piece.fed);
+        if (after == m_pieces.end()) return piece.offset + OriginalOffset(m_changes, at - piece.fed);
+        return roundUp ? after->offset : piece.offset;
     }
 
     std::size_t FeedUtf16(std::string_view text, bool little) {
         const std::size_t usable = text.size() - text.size() % 2;
         std::string narrowed;
         std::size_t offset = 0;
+        std::size_t budget = kFirstCopiedPieceBytes;
         while (!PastSizeLimit(offset)) {
-            const std::size_t end = std::min(offset + kChunkBytes, usable);
+            const std::size_t end = std::min(offset + budget, usable);
+            budget = std::min(2 * budget, kChunkBytes);
             NarrowUtf16(text.substr(offset, end - offset), little, narrowed);
             const bool last = end == usable;
             if (!Parse(narrowed, last)) {
@@ -286,23 +350,56 @@ private:
         if (m_levels.empty()) Halt();  // the root is complete; what follows is not this packet
     }
 
+    // The event at hand, from its first byte to its last.
+    void AddEventSpan() {
+        const XML_Index at = XML_GetCurrentByteIndex(m_parser);
+        if (at < 0) return;
+        const auto begin = static_cast<std::size_t>(at);
+        m_spans.push_back({Original(begin, false), Original(begin + XML_GetCurrentByteCount(m_parser), true)});
+    }
+    void OpenSpan() {
+        const XML_Index at = XML_GetCurrentByteIndex(m_parser);
+        if (at >= 0) m_openSpan = Original(static_cast<std::size_t>(at), false);
+    }
+    void CloseSpan() {
+        const XML_Index at = XML_GetCurrentByteIndex(m_parser);
+        if (!m_openSpan || at < 0) return;
+        const auto end = static_cast<std::size_t>(at) + XML_GetCurrentByteCount(m_parser);
+        m_spans.push_back({*m_openSpan, Original(end, true)});
+        m_openSpan.reset();
+    }
+
     static void XMLCALL OnStart(void* self, const XML_Char* name, const XML_Char** attributes) {
         static_cast<LimitScan*>(self)->Start(name, attributes);
     }
     static void XMLCALL OnEnd(void* self, const XML_Char*) { static_cast<LimitScan*>(self)->End(); }
+    static void XMLCALL OnComment(void* self, const XML_Char*) { static_cast<LimitScan*>(self)->AddEventSpan(); }
+    static void XMLCALL OnInstruction(void* self, const XML_Char*, const XML_Char*) {
+        static_cast<LimitScan*>(self)->AddEventSpan();
+    }
+    static void XMLCALL OnCdataStart(void* self) { static_cast<LimitScan*>(self)->OpenSpan(); }
+    static void XMLCALL OnCdataEnd(void* self) { static_cast<LimitScan*>(self)->CloseSpan(); }
+    static void XMLCALL OnDoctypeStart(void* self, const XML_Char*, const XML_Char*, const XML_Char*, int) {
+        static_cast<LimitScan*>(self)->OpenSpan();
+    }
+    static void XMLCALL OnDoctypeEnd(void* self) { static_cast<LimitScan*>(self)->CloseSpan(); }
 
-    TextForm m_form;
+    TextForm m_form = TextForm::Bytes;
     XML_Parser m_parser;
     std::vector<Level> m_levels;
     std::optional<Breach> m_breach;
     std::unordered_set<std::string> m_namespaces;
     bool m_stopped = false;
+    std::vector<Span> m_spans;
+    std::optional<std::size_t> m_openSpan;  // a CDATA section or DOCTYPE begun
+    std::vector<Piece> m_pieces;
+    std::vector<TextChange> m_changes;  // of the last piece, when copied
+    std::size_t m_utf16Mark = 0;
 };
 
-std::size_t GuardOne(std::string_view text, std::string_view operation, std::string_view path, std::string_view where,
-                     int errorId) {
-    LimitScan scan(DetectForm(text));
-    const std::size_t read = scan.Run(text);
+std::size_t GuardOne(LimitScan& scan, std::string_view text, TextForm form, std::string_view operation,
+                     std::string_view path, std::string_view where, int errorId) {
+    const std::size_t read = scan.Run(text, form);
     if (const auto& breach = scan.GetBreach()) {
         std::string detail = breach->m_what;
         detail.append(" at line ").append(std::to_string(breach->m_line)).append(where);
@@ -311,36 +408,36 @@ std::size_t GuardOne(std::string_view text, std::string_view operation, std::str
     return read;
 }
 
-// The first of `starts` at or after `from`. Each holds one '<', found with
-// memchr: media files are large, and most hold few of them.
-template <std::size_t kCount>
-std::optional<std::size_t> NextPacketStart(std::string_view bytes, std::size_t from,
-                                           const std::array<std::string, kCount>& starts) {
-    for (std::size_t scan = from; scan < bytes.size();) {
-        const void* found = std::memchr(bytes.data() + scan, '<', bytes.size() - scan);
+bool StartsName(unsigned unit) {
+    return unit >= 0x80 || unit == '_' || unit == ':' || (unit | 0x20) - 'a' < 26;
+}
+
+// A '<' that may start a start tag, and the forms it may be read in: bytes,
+// or UTF-16 either way round (big-endian starting one byte earlier).
+struct MarkupStart {
+    std::size_t angle = 0;
+    std::vector<TextForm> forms;
+};
+
+// The first possible start tag at or after `from` and before `to`: any may be
+// where a file handler's packet begins. Found with memchr: media files are
+// large, and most hold few '<'.
+std::optional<MarkupStart> NextMarkupStart(std::string_view bytes, std::size_t from, std::size_t to) {
+    auto at = [&](std::size_t index) { return index < bytes.size() ? static_cast<unsigned char>(bytes[index]) : 0u; };
+    for (std::size_t scan = from; scan < to;) {
+        const void* found = std::memchr(bytes.data() + scan, '<', to - scan);
         if (found == nullptr) return std::nullopt;
-        const std::size_t angle = static_cast<std::size_t>(static_cast<const char*>(found) - bytes.data());
-        // Text that reads as UTF-16 both ways starts where its first byte is.
-        std::optional<std::size_t> first;
-        for (const std::string& start : starts) {
-            const std::size_t lead = start.find('<');
-            if (angle >= from + lead && bytes.substr(angle - lead).starts_with(start))
-                first = std::min(first.value_or(angle), angle - lead);
-        }
-        if (first) return first;
+        MarkupStart start{static_cast<std::size_t>(static_cast<const char*>(found) - bytes.data()), {}};
+        const std::size_t angle = start.angle;
+        if (StartsName(at(angle + 1))) start.forms.push_back(TextForm::Bytes);
+        if (at(angle + 1) == 0 && StartsName(at(angle + 2) | (at(angle + 3) << 8)))
+            start.forms.push_back(TextForm::Utf16LE);
+        if (angle > 0 && at(angle - 1) == 0 && StartsName((at(angle + 1) << 8) | at(angle + 2)))
+            start.forms.push_back(TextForm::Utf16BE);
+        if (!start.forms.empty()) return start;
         scan = angle + 1;
     }
     return std::nullopt;
-}
-
-std::string Utf16(std::string_view ascii, bool little) {
-    std::string wide;
-    for (char c : ascii) {
-        if (!little) wide.push_back('\0');
-        wide.push_back(c);
-        if (little) wide.push_back('\0');
-    }
-    return wide;
 }
 
 }  // namespace
@@ -350,17 +447,44 @@ void GuardPacket(std::string_view packet, std::string_view operation, int errorI
     if (packet.starts_with(kUtf8Mark)) packet.remove_prefix(kUtf8Mark.size());
     if (packet.size() > Limits::kMaxPacketBytes)
         RaiseError(errorId, operation, "", Exceeded("packet bytes", Limits::kMaxPacketBytes, "kMaxPacketBytes"));
-    GuardOne(packet, operation, "", "", errorId);
+    LimitScan scan;
+    GuardOne(scan, packet, DetectForm(packet), operation, "", "", errorId);
 }
 
 void GuardEmbeddedPackets(std::string_view fileBytes, std::string_view operation, std::string_view path) {
-    constexpr std::string_view kHeader = "<?xpacket begin";
-    static const std::array<std::string, 5> kStarts = {std::string(kHeader), "<x:xmpmeta", "<rdf:RDF",
-                                                       Utf16(kHeader, true), Utf16(kHeader, false)};
-    std::size_t at = 0;
-    while (const std::optional<std::size_t> start = NextPacketStart(fileBytes, at, kStarts)) {
-        const std::string where = " of the packet at byte " + std::to_string(*start);
-        at = *start + GuardOne(fileBytes.substr(*start), operation, path, where, kXMPErr_BadXML);
+    LimitScan scan;
+    // Stretches still to search. A scan skips what it read, but searches
+    // again what it read as comments, CDATA and the like: a handler may start
+    // a packet there. Overlapping text is read again, within a bound.
+    std::vector<Span> pending{{0, fileBytes.size()}};
+    const std::uint64_t readBound = kRereadFactor * static_cast<std::uint64_t>(fileBytes.size()) + kChunkBytes;
+    std::uint64_t readTotal = 0;
+    while (!pending.empty()) {
+        const Span stretch = pending.back();
+        pending.pop_back();
+        const std::optional<MarkupStart> start = NextMarkupStart(fileBytes, stretch.m_begin, stretch.m_end);
+        if (!start) continue;
+        // Only what every reading took for markup is skipped.
+        std::size_t resume = fileBytes.size();
+        for (const TextForm form : start->forms) {
+            const std::size_t offset = start->angle - (form == TextForm::Utf16BE ? 1 : 0);
+            const std::string where = " of the packet at byte " + std::to_string(offset);
+            const std::size_t read =
+                GuardOne(scan, fileBytes.substr(offset), form, operation, path, where, kXMPErr_BadXML);
+            readTotal += read;
+            if (readTotal > readBound)
+                RaiseError(kXMPErr_BadXML, operation, path,
+                           "markup that overlaps itself more often than the guard reads it again, up to byte " +
+                               std::to_string(offset + read));
+            resume = std::min(resume, std::max(offset + read, start->angle + 1));
+            const std::vector<Span>& spans = scan.OpaqueSpans();
+            for (auto span = spans.rbegin(); span != spans.rend(); ++span) {
+                const std::size_t begin = std::max(offset + span->m_begin, start->angle + 1);
+                const std::size_t end = std::min(offset + span->m_end, fileBytes.size());
+                if (begin < end) pending.push_back({begin, end});
+            }
+        }
+        if (resume < stretch.m_end) pending.push_back({resume, stretch.m_end});
     }
     // Only the JPEG handler puts packets together out of pieces.
     if (!fileBytes.starts_with("\xFF\xD8")) return;
@@ -373,7 +497,7 @@ void GuardEmbeddedPackets(std::string_view fileBytes, std::string_view operation
         if (extended.text.size() > Limits::kMaxPacketBytes)
             RaiseError(kXMPErr_BadXML, operation, path,
                        Exceeded("packet bytes", Limits::kMaxPacketBytes, "kMaxPacketBytes") + where);
-        GuardOne(extended.text, operation, path, where, kXMPErr_BadXML);
+        GuardOne(scan, extended.text, DetectForm(extended.text), operation, path, where, kXMPErr_BadXML);
     }
 }
 

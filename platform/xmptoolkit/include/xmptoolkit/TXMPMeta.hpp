@@ -31,7 +31,7 @@
 #include <xmptoolkit/XMP_Error.hpp>
 
 namespace xmptoolkit_detail {
-struct MetaTree;  // owns the toolkit's tree; defined by the layer
+class MetaTree;  // owns the toolkit's tree; defined by the layer
 }
 
 template <class tStringObj>
