@@ -101,7 +101,9 @@ public:
         marker.start = Time(*range, "start_time", own, "start_ticks", valueRate);
         marker.duration = Time(*range, "duration", own, "duration_ticks", valueRate);
         const std::optional<Rate> ownRate = RateMember(own, ownPath, kFormat);
-        marker.rate = ownRate ? *ownRate : m_options.rate.IsKnown() ? m_options.rate : valueRate;
+        // 0/0 is no rate, which an export leaves out.
+        const bool hasOwnRate = ownRate && *ownRate != Rate{};
+        marker.rate = hasOwnRate ? *ownRate : m_options.rate.IsKnown() ? m_options.rate : valueRate;
         marker.cuePoints = CuePointsMember(own, "cue_points", ownPath, kFormat);
         return marker;
     }

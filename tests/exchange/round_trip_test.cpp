@@ -83,6 +83,22 @@ TEST(RoundTripWhole, OtioAndJsonLoseNothing) {
 }
 
 // A cue's text ends at its first empty line.
+// A rate of 0/0 is no rate, which an export leaves out: read, it takes the
+// import's rate, as it does when read back after an export.
+TEST(RoundTripWhole, AZeroOverZeroRateReadsAsNoRate) {
+    const std::string zeroRate = R"({"markers": [{"start": {"ticks": 0}, "rate": {"numerator": -0, "denominator": 0}}]})";
+    const std::string otio = ExportMarkers(ImportMarkers(zeroRate, Format::kJSON, {}), Format::kOTIO, {});
+    ImportOptions options;
+    options.rate = testing::kRate25;
+    for (const auto& [text, format] : {std::pair{zeroRate, Format::kJSON}, std::pair{otio, Format::kOTIO}}) {
+        SCOPED_TRACE(FormatName(format));
+        const std::vector<ExchangeMarker> read = ImportMarkers(text, format, options);
+        ASSERT_EQ(read.size(), 1u);
+        EXPECT_EQ(read[0].rate, testing::kRate25);
+        EXPECT_EQ(ImportMarkers(ExportMarkers(read, format, {}), format, options), read);
+    }
+}
+
 TEST(RoundTripWhole, SubtitlesWithoutANameKeepTheirComment) {
     for (const Format format : {Format::kWebVTT, Format::kSRT}) {
         const std::vector<ExchangeMarker> back = ImportMarkers(
