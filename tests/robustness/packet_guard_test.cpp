@@ -348,7 +348,9 @@ TEST_F(MediaFileGuard, FindsDeepMarkupWhereverAHandlerMayStart) {
     const std::string deep = NestedPacket(kNestingForms.front(), 2000);
     const std::string wrapped = "<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?>" + deep + "<?xpacket end='w'?>";
     const std::string unclosed = Repeated("<a>", 2000) + NestedPacket(kNestingForms.front(), 2);
-    const std::string noise = std::string("<x:xmp <rdf:R \0<\0?\0x <\0?\0x <?xpacket", 42) + std::string(300, '\0') + ".";
+    // Starts of packets that go nowhere, in bytes and in UTF-16.
+    constexpr char kFalseStarts[] = "<x:xmp <rdf:R \0<\0?\0x <\0?\0x <?xpacket";
+    const std::string noise = std::string(kFalseStarts, sizeof kFalseStarts - 1) + std::string(300, '\0') + ".";
     const struct {
         const char* name;
         std::string bytes;  // after the noise
