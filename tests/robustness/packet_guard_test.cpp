@@ -386,6 +386,23 @@ TEST_F(MediaFileGuard, FindsDeepMarkupWhereverAHandlerMayStart) {
     }
 }
 
+// Each start tag begins a pass; a pass that ends a few bytes on must not
+// have looked at the rest of the file first (a million of them took hours).
+TEST_F(MediaFileGuard, AMillionFalseStartsAreEachReadOnlyAsFarAsTheyGo) {
+    const std::string falseStarts = Repeated("<a ", 1000000);
+    m_path = testing::TempDir() + "guard-" + std::to_string(::getpid()) + ".dat";
+    std::ofstream(m_path, std::ios::binary) << falseStarts + NestedPacket(kNestingForms.front(), 2000);
+    try {
+        SXMPFiles file(m_path.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead | kXMPFiles_OpenUsePacketScanning);
+        ADD_FAILURE() << "accepted";
+    } catch (const XMP_Error& error) {
+        EXPECT_NE(std::string(error.GetErrMsg()).find("kMaxNestingDepth) at line 1 of the packet at byte " +
+                                                      std::to_string(falseStarts.size())),
+                  std::string::npos)
+            << error.GetErrMsg();
+    }
+}
+
 TEST_F(MediaFileGuard, RefusesADeepPacketBeforeTheFileHandlerParsesIt) {
     const NestingForm& form = kNestingForms.front();
     const std::string deep = Write(JpegWithPacket("<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?>" +

@@ -30,9 +30,11 @@ using Limits = XMP_PacketLimits;
 constexpr std::size_t kChunkBytes = std::size_t{16} << 20;
 // Converted text goes in small pieces: each keeps a list of its length changes.
 constexpr std::size_t kConvertedPieceBytes = std::size_t{64} << 10;
-// The first copied piece of a scan: in a media file most scans start on a
-// '<' among binary bytes and end a few bytes on, so pieces start small and grow.
-constexpr std::size_t kFirstCopiedPieceBytes = 32;
+// The first piece of a scan in a media file: most scans start on a '<' among
+// other bytes and end a few bytes on, so pieces start small and double. A scan
+// then looks at no more than about twice what it reads, and the many scans of
+// one file stay within the bound on what they read.
+constexpr std::size_t kFirstPieceInMediaBytes = 32;
 // How often, on average, a media file's bytes may be read again because
 // markup hides in what an earlier scan read as comments or CDATA.
 constexpr std::uint64_t kRereadFactor = 16;
@@ -138,7 +140,10 @@ unsigned long ProcessHashSalt() {
 // One streaming pass over one packet, up to the end of its root element.
 class LimitScan {
 public:
-    LimitScan() : m_parser(XML_ParserCreate(nullptr)) {
+    // Expat gets `firstPieceBytes` of the text first, then pieces twice as
+    // long as the one before.
+    explicit LimitScan(std::size_t firstPieceBytes)
+        : m_parser(XML_ParserCreate(nullptr)), m_firstPieceBytes(firstPieceBytes) {
         if (m_parser == nullptr) throw std::bad_alloc();
         m_levels.reserve(64);
     }
@@ -219,24 +224,24 @@ private:
     // Unchanged stretches go to expat as they are, converted ones in small
     // pieces whose length changes map expat's offsets back to the bytes.
     std::size_t FeedBytes(std::string_view text) {
+        std::size_t budget = m_firstPieceBytes;
         std::string converted;
         std::size_t offset = 0;
         std::size_t fed = 0;
-        std::size_t budget = kFirstCopiedPieceBytes;
         while (!PastSizeLimit(offset)) {
-            const std::size_t changed = FindChangedByte(text, offset, std::min(offset + kChunkBytes, text.size()));
+            const std::size_t changed = FindChangedByte(text, offset, std::min(offset + budget, text.size()));
             std::string_view piece;
             std::size_t next = changed;
             const bool convert = changed == offset;
             if (convert) {
-                next = ConvertAsToolkitReads(text, offset, budget, converted, m_changes);
-                budget = std::min(2 * budget, kConvertedPieceBytes);
+                next = ConvertAsToolkitReads(text, offset, std::min(budget, kConvertedPieceBytes), converted, m_changes);
                 piece = converted;
             } else {
                 piece = text.substr(offset, changed - offset);
                 m_changes.clear();
             }
             m_pieces.push_back({fed, offset, convert});
+            budget = std::min(2 * budget, kChunkBytes);
             const bool last = next >= text.size();
             if (!Parse(piece, last)) return std::max<std::size_t>(1, BytesRead(text));
             if (last) return std::max<std::size_t>(1, next);
@@ -267,10 +272,10 @@ private:
     }
 
     std::size_t FeedUtf16(std::string_view text, bool little) {
+        std::size_t budget = m_firstPieceBytes;
         const std::size_t usable = text.size() - text.size() % 2;
         std::string narrowed;
         std::size_t offset = 0;
-        std::size_t budget = kFirstCopiedPieceBytes;
         while (!PastSizeLimit(offset)) {
             const std::size_t end = std::min(offset + budget, usable);
             budget = std::min(2 * budget, kChunkBytes);
@@ -386,6 +391,7 @@ private:
 
     TextForm m_form = TextForm::Bytes;
     XML_Parser m_parser;
+    std::size_t m_firstPieceBytes;
     std::vector<Level> m_levels;
     std::optional<Breach> m_breach;
     std::unordered_set<std::string> m_namespaces;
@@ -447,12 +453,12 @@ void GuardPacket(std::string_view packet, std::string_view operation, int errorI
     if (packet.starts_with(kUtf8Mark)) packet.remove_prefix(kUtf8Mark.size());
     if (packet.size() > Limits::kMaxPacketBytes)
         RaiseError(errorId, operation, "", Exceeded("packet bytes", Limits::kMaxPacketBytes, "kMaxPacketBytes"));
-    LimitScan scan;
+    LimitScan scan(kChunkBytes);
     GuardOne(scan, packet, DetectForm(packet), operation, "", "", errorId);
 }
 
 void GuardEmbeddedPackets(std::string_view fileBytes, std::string_view operation, std::string_view path) {
-    LimitScan scan;
+    LimitScan scan(kFirstPieceInMediaBytes);
     // Stretches still to search. A scan skips what it read, but searches
     // again what it read as comments, CDATA and the like: a handler may start
     // a packet there. Overlapping text is read again, within a bound.
