@@ -30,11 +30,15 @@ using Limits = XMP_PacketLimits;
 constexpr std::size_t kChunkBytes = std::size_t{16} << 20;
 // Converted text goes in small pieces: each keeps a list of its length changes.
 constexpr std::size_t kConvertedPieceBytes = std::size_t{64} << 10;
-// The first piece of a scan in a media file: most scans start on a '<' among
-// other bytes and end a few bytes on, so pieces start small and double. A scan
-// then looks at no more than about twice what it reads, and the many scans of
+// The first copied piece of a scan: in a media file most scans start on a
+// '<' among binary bytes and end a few bytes on, so pieces start small and grow.
+constexpr std::size_t kFirstCopiedPieceBytes = 32;
+// How far a scan in a media file first looks for a byte to convert. Many
+// scans end a few bytes on, so the reach starts small and grows fourfold with
+// each piece: a scan looks at a few times what it reads, and the many scans of
 // one file stay within the bound on what they read.
-constexpr std::size_t kFirstPieceInMediaBytes = 32;
+constexpr std::size_t kFirstReachInMediaBytes = 32;
+constexpr std::size_t kReachGrowth = 4;
 // How often, on average, a media file's bytes may be read again because
 // markup hides in what an earlier scan read as comments or CDATA.
 constexpr std::uint64_t kRereadFactor = 16;
@@ -140,10 +144,9 @@ unsigned long ProcessHashSalt() {
 // One streaming pass over one packet, up to the end of its root element.
 class LimitScan {
 public:
-    // Expat gets `firstPieceBytes` of the text first, then pieces twice as
-    // long as the one before.
-    explicit LimitScan(std::size_t firstPieceBytes)
-        : m_parser(XML_ParserCreate(nullptr)), m_firstPieceBytes(firstPieceBytes) {
+    // `firstReachBytes`: how far the first unconverted piece may reach.
+    explicit LimitScan(std::size_t firstReachBytes)
+        : m_parser(XML_ParserCreate(nullptr)), m_firstReachBytes(firstReachBytes) {
         if (m_parser == nullptr) throw std::bad_alloc();
         m_levels.reserve(64);
     }
@@ -224,24 +227,26 @@ private:
     // Unchanged stretches go to expat as they are, converted ones in small
     // pieces whose length changes map expat's offsets back to the bytes.
     std::size_t FeedBytes(std::string_view text) {
-        std::size_t budget = m_firstPieceBytes;
         std::string converted;
         std::size_t offset = 0;
         std::size_t fed = 0;
+        std::size_t reach = m_firstReachBytes;
+        std::size_t budget = kFirstCopiedPieceBytes;
         while (!PastSizeLimit(offset)) {
-            const std::size_t changed = FindChangedByte(text, offset, std::min(offset + budget, text.size()));
+            const std::size_t changed = FindChangedByte(text, offset, std::min(offset + reach, text.size()));
+            reach = std::min(kReachGrowth * reach, kChunkBytes);
             std::string_view piece;
             std::size_t next = changed;
             const bool convert = changed == offset;
             if (convert) {
-                next = ConvertAsToolkitReads(text, offset, std::min(budget, kConvertedPieceBytes), converted, m_changes);
+                next = ConvertAsToolkitReads(text, offset, budget, converted, m_changes);
+                budget = std::min(2 * budget, kConvertedPieceBytes);
                 piece = converted;
             } else {
                 piece = text.substr(offset, changed - offset);
                 m_changes.clear();
             }
             m_pieces.push_back({fed, offset, convert});
-            budget = std::min(2 * budget, kChunkBytes);
             const bool last = next >= text.size();
             if (!Parse(piece, last)) return std::max<std::size_t>(1, BytesRead(text));
             if (last) return std::max<std::size_t>(1, next);
@@ -272,10 +277,10 @@ private:
     }
 
     std::size_t FeedUtf16(std::string_view text, bool little) {
-        std::size_t budget = m_firstPieceBytes;
         const std::size_t usable = text.size() - text.size() % 2;
         std::string narrowed;
         std::size_t offset = 0;
+        std::size_t budget = kFirstCopiedPieceBytes;
         while (!PastSizeLimit(offset)) {
             const std::size_t end = std::min(offset + budget, usable);
             budget = std::min(2 * budget, kChunkBytes);
@@ -391,7 +396,7 @@ private:
 
     TextForm m_form = TextForm::Bytes;
     XML_Parser m_parser;
-    std::size_t m_firstPieceBytes;
+    std::size_t m_firstReachBytes;
     std::vector<Level> m_levels;
     std::optional<Breach> m_breach;
     std::unordered_set<std::string> m_namespaces;
@@ -458,7 +463,7 @@ void GuardPacket(std::string_view packet, std::string_view operation, int errorI
 }
 
 void GuardEmbeddedPackets(std::string_view fileBytes, std::string_view operation, std::string_view path) {
-    LimitScan scan(kFirstPieceInMediaBytes);
+    LimitScan scan(kFirstReachInMediaBytes);
     // Stretches still to search. A scan skips what it read, but searches
     // again what it read as comments, CDATA and the like: a handler may start
     // a packet there. Overlapping text is read again, within a bound.
