@@ -403,6 +403,23 @@ TEST_F(MediaFileGuard, AMillionFalseStartsAreEachReadOnlyAsFarAsTheyGo) {
     }
 }
 
+// Every start tag inside CDATA begins a pass that reads to the end again:
+// past a bound on re-reading, the file is refused rather than read for hours.
+TEST_F(MediaFileGuard, MarkupThatOverlapsItselfWithoutEndIsRefused) {
+    const std::string nested = Repeated("<a><![CDATA[", 10000) + "]]></a>";
+    m_path = testing::TempDir() + "guard-" + std::to_string(::getpid()) + ".dat";
+    std::ofstream(m_path, std::ios::binary) << nested;
+    try {
+        SXMPFiles file(m_path.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead | kXMPFiles_OpenUsePacketScanning);
+        ADD_FAILURE() << "accepted";
+    } catch (const XMP_Error& error) {
+        EXPECT_EQ(error.GetID(), kXMPErr_BadXML);
+        EXPECT_NE(std::string(error.GetErrMsg()).find("markup that overlaps itself more often than the guard reads it"),
+                  std::string::npos)
+            << error.GetErrMsg();
+    }
+}
+
 TEST_F(MediaFileGuard, RefusesADeepPacketBeforeTheFileHandlerParsesIt) {
     const NestingForm& form = kNestingForms.front();
     const std::string deep = Write(JpegWithPacket("<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?>" +

@@ -40,8 +40,10 @@ constexpr std::size_t kFirstCopiedPieceBytes = 32;
 constexpr std::size_t kFirstReachInMediaBytes = 32;
 constexpr std::size_t kReachGrowth = 4;
 // How often, on average, a media file's bytes may be read again because
-// markup hides in what an earlier scan read as comments or CDATA.
+// markup hides in what an earlier scan read as comments or CDATA; a small
+// file may be read up to the allowance besides.
 constexpr std::uint64_t kRereadFactor = 16;
+constexpr std::uint64_t kRereadAllowanceBytes = std::uint64_t{1} << 20;
 
 struct Breach {
     std::string m_what;
@@ -468,7 +470,7 @@ void GuardEmbeddedPackets(std::string_view fileBytes, std::string_view operation
     // again what it read as comments, CDATA and the like: a handler may start
     // a packet there. Overlapping text is read again, within a bound.
     std::vector<Span> pending{{0, fileBytes.size()}};
-    const std::uint64_t readBound = kRereadFactor * static_cast<std::uint64_t>(fileBytes.size()) + kChunkBytes;
+    const std::uint64_t readBound = kRereadFactor * static_cast<std::uint64_t>(fileBytes.size()) + kRereadAllowanceBytes;
     std::uint64_t readTotal = 0;
     while (!pending.empty()) {
         const Span stretch = pending.back();
