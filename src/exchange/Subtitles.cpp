@@ -59,8 +59,9 @@ std::string UnescapeCueText(std::string_view text, Format format) {
     return plain;
 }
 
-// "HH:MM:SS.mmm" (WebVTT also "MM:SS.mmm"; SubRip ',' before the milliseconds, '.' accepted).
-std::optional<std::int64_t> ReadCueTime(TextScan& scan, Format format) {
+// "HH:MM:SS.mmm" (WebVTT also "MM:SS.mmm"; SubRip ',' before the milliseconds, '.' accepted), in
+// milliseconds.
+std::optional<Wide> ReadCueMilliseconds(TextScan& scan, Format format) {
     const std::optional<std::int64_t> first = scan.Number(2, 9);
     if (!first || !scan.Take(':')) {
         return std::nullopt;
@@ -81,30 +82,35 @@ std::optional<std::int64_t> ReadCueTime(TextScan& scan, Format format) {
         return std::nullopt;
     }
     const std::int64_t seconds = third ? (*first * 60 + *second) * 60 + *third : *first * 60 + *second;
-    return *TicksOfUnits(Wide{seconds} * 1000 + *milliseconds, 1000);
+    return Wide{seconds} * 1000 + *milliseconds;
 }
 
-const char* CueTimeExample(Format format) {
-    return format == Format::kWebVTT ? "a cue time such as 00:01:02.500" : "a cue time such as 00:01:02,500";
+// The cue time at the scan, in ticks; a line that holds none fails.
+std::int64_t ReadCueTime(const LineReader& lines, TextScan& scan, Format format) {
+    const std::size_t offset = scan.Position();
+    const std::optional<Wide> milliseconds = ReadCueMilliseconds(scan, format);
+    if (!milliseconds) {
+        lines.Fail(offset, format == Format::kWebVTT ? "a cue time such as 00:01:02.500"
+                                                     : "a cue time such as 00:01:02,500");
+    }
+    const std::optional<std::int64_t> ticks = TicksOfUnits(*milliseconds, 1000);
+    if (!ticks) {
+        lines.Fail(offset, "a time that fits 64-bit ticks");
+    }
+    return *ticks;
 }
 
 ExchangeMarker ReadTiming(const LineReader& lines, Format format, const ImportOptions& options) {
     TextScan scan(lines.Line());
-    const std::optional<std::int64_t> start = ReadCueTime(scan, format);
-    if (!start) {
-        lines.Fail(0, CueTimeExample(format));
-    }
+    const std::int64_t start = ReadCueTime(lines, scan, format);
     scan.SkipBlanks();
     if (!scan.Take(kArrow)) {
         lines.Fail(scan.Position(), "\"-->\"");
     }
     scan.SkipBlanks();
     const std::size_t endOffset = scan.Position();
-    const std::optional<std::int64_t> end = ReadCueTime(scan, format);
-    if (!end) {
-        lines.Fail(endOffset, CueTimeExample(format));
-    }
-    if (*end < *start) {
+    const std::int64_t end = ReadCueTime(lines, scan, format);
+    if (end < start) {
         lines.Fail(endOffset, "an end not before the start");
     }
     // Cue settings may follow in WebVTT; SubRip may carry coordinates.
@@ -113,8 +119,8 @@ ExchangeMarker ReadTiming(const LineReader& lines, Format format, const ImportOp
     }
     ExchangeMarker marker;
     marker.type = ImportType(format, options);
-    marker.start = *start;
-    marker.duration = *end - *start;
+    marker.start = start;
+    marker.duration = end - start;
     marker.rate = options.rate;
     return marker;
 }
