@@ -217,13 +217,19 @@ const std::vector<Disguise> kDisguises = {
     {"short reference in a tag", [](const std::string& p) { return WithProperty(p, "<dc:a&#x1;/>"); }},
 };
 
+// The guard looks for such bytes a word at a time: each is tried at every
+// offset within a word.
 TEST(PacketGuard, SeesThroughWhatTheToolkitForgives) {
     const NestingForm& form = kNestingForms.front();
     for (const Disguise& disguise : kDisguises) {
-        SCOPED_TRACE(disguise.name);
-        EXPECT_NE(RefusalOf(disguise.apply(NestedPacket(form, 1000))).find("kMaxNestingDepth"), std::string::npos);
-        const SXMPMeta meta = Parse(disguise.apply(NestedPacket(form, 2)));
-        EXPECT_TRUE(meta.DoesPropertyExist(kDc.c_str(), "p/dc:p/dc:leaf"));
+        for (std::size_t shift = 0; shift < 8; ++shift) {
+            SCOPED_TRACE(std::string(disguise.name) + ", shifted by " + std::to_string(shift));
+            const std::string padding = "<!--" + std::string(shift, ' ') + "-->";
+            EXPECT_NE(RefusalOf(disguise.apply(WithProperty(NestedPacket(form, 1000), padding))).find("kMaxNestingDepth"),
+                      std::string::npos);
+            const SXMPMeta meta = Parse(disguise.apply(WithProperty(NestedPacket(form, 2), padding)));
+            EXPECT_TRUE(meta.DoesPropertyExist(kDc.c_str(), "p/dc:p/dc:leaf"));
+        }
     }
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 
 namespace xmptoolkit_detail {
 namespace {
@@ -12,6 +13,18 @@ constexpr std::array<char16_t, 32> kWindows1252 = {0x20AC, 0,      0x201A, 0x019
                                                    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
                                                    0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                                    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+
+// Whether all 8 bytes are printable ASCII other than '&', the bytes the
+// toolkit reads as they are: most of a packet, tested a word at a time.
+bool IsPlainAscii(std::uint64_t word) {
+    constexpr std::uint64_t kOnes = 0x0101010101010101;
+    constexpr std::uint64_t kHighBits = 0x8080808080808080;
+    const std::uint64_t below0x20 = (word - kOnes * 0x20) & ~word & kHighBits;
+    const std::uint64_t above0x7E = ((word + kOnes) | word) & kHighBits;
+    const std::uint64_t ampersands = word ^ (kOnes * '&');
+    const std::uint64_t hasAmpersand = (ampersands - kOnes) & ~ampersands & kHighBits;
+    return (below0x20 | above0x7E | hasAmpersand) == 0;
+}
 
 bool IsSpaceForToolkit(unsigned char byte) {
     return (byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r') || byte == 0x7F;
@@ -84,6 +97,14 @@ void AppendWindows1252(unsigned char byte, std::string& out) {
 std::size_t FindChangedByte(std::string_view text, std::size_t from, std::size_t to) {
     std::size_t at = from;
     while (at < to) {
+        if (to - at >= sizeof(std::uint64_t)) {
+            std::uint64_t word = 0;
+            std::memcpy(&word, text.data() + at, sizeof word);
+            if (IsPlainAscii(word)) {
+                at += sizeof word;
+                continue;
+            }
+        }
         const auto byte = static_cast<unsigned char>(text[at]);
         if (byte >= 0x20 && byte < 0x7F && byte != '&') {
             ++at;
