@@ -6,9 +6,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 
 namespace tooltest {
 namespace {
@@ -112,10 +114,23 @@ std::vector<std::string> Lines(const std::string& text) {
     return lines;
 }
 
+std::vector<std::string> EntryNames(const fs::path& directory) {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(directory)) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// A fresh directory each time: a name made of the process ID could be one
+// that an earlier process, with the same ID, left behind with files in it.
 ScratchDirectory::ScratchDirectory() {
-    static int count = 0;
-    m_path = fs::temp_directory_path() / ("keltxmp-tool-" + std::to_string(::getpid()) + "-" + std::to_string(++count));
-    fs::create_directories(m_path);
+    std::string path = (fs::temp_directory_path() / "keltxmp-tool-XXXXXX").string();
+    if (::mkdtemp(path.data()) == nullptr) {
+        throw std::runtime_error("cannot create a scratch directory in " + fs::temp_directory_path().string());
+    }
+    m_path = path;
 }
 
 ScratchDirectory::~ScratchDirectory() {

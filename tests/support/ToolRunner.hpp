@@ -40,6 +40,9 @@ void ExpectToolFailure(const ToolFailure& failure, const std::filesystem::path& 
 // Lines of `text`, without their line ends.
 std::vector<std::string> Lines(const std::string& text);
 
+// The names in a directory, sorted: a failed count shows what was left.
+std::vector<std::string> EntryNames(const std::filesystem::path& directory);
+
 // A fresh directory per test, removed afterwards.
 class ScratchDirectory {
 public:
