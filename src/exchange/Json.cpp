@@ -108,9 +108,7 @@ Markers ImportJson(std::string_view text, const ImportOptions& options) {
         marker.comment = TextMember(item, "comment", path, kFormat);
         marker.start = ReadTime(item, "start", path);
         marker.duration = ReadTime(item, "duration", path);
-        // 0/0 is no rate, which an export leaves out: the import's rate applies.
-        const std::optional<Rate> rate = RateMember(item, path, kFormat);
-        marker.rate = rate && *rate != Rate{} ? *rate : options.rate;
+        marker.rate = RateMember(item, path, kFormat).value_or(options.rate);
         marker.cuePoints = CuePointsMember(item, "cuePoints", path, kFormat);
         markers.push_back(std::move(marker));
     }

@@ -58,7 +58,11 @@ std::optional<Rate> RateMember(const Json& object, const std::string& path, Form
     if (!numerator || !denominator || !numerator->is_number_integer() || !denominator->is_number_integer()) {
         FailAt(format, path + ".rate", "{\"numerator\": integer, \"denominator\": integer}");
     }
-    return Rate{numerator->get<std::int64_t>(), denominator->get<std::int64_t>()};
+    const Rate value{numerator->get<std::int64_t>(), denominator->get<std::int64_t>()};
+    if (value == Rate{}) {
+        return std::nullopt;
+    }
+    return value;
 }
 
 Json RateJson(Rate rate) {

@@ -29,7 +29,8 @@ const Json* Member(const Json& object, const char* name);
 // The text member; "" when missing; ImportError when not text.
 std::string TextMember(const Json& object, const char* name, const std::string& path, Format format);
 
-// The rate member {"numerator", "denominator"}; nothing when it is missing.
+// The rate member {"numerator", "denominator"}; nothing when it is missing or
+// 0/0, which is how a marker says it has none (an export leaves it out).
 std::optional<Rate> RateMember(const Json& object, const std::string& path, Format format);
 Json RateJson(Rate rate);
 // The cue point list member [{"key", "value"}]; empty when it is missing.

@@ -101,9 +101,7 @@ public:
         marker.start = Time(*range, "start_time", own, "start_ticks", valueRate);
         marker.duration = Time(*range, "duration", own, "duration_ticks", valueRate);
         const std::optional<Rate> ownRate = RateMember(own, ownPath, kFormat);
-        // 0/0 is no rate, which an export leaves out.
-        const bool hasOwnRate = ownRate && *ownRate != Rate{};
-        marker.rate = hasOwnRate ? *ownRate : m_options.rate.IsKnown() ? m_options.rate : valueRate;
+        marker.rate = ownRate ? *ownRate : m_options.rate.IsKnown() ? m_options.rate : valueRate;
         marker.cuePoints = CuePointsMember(own, "cue_points", ownPath, kFormat);
         return marker;
     }

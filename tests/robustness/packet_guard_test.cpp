@@ -245,10 +245,27 @@ std::string JpegWithPacket(const std::string& packet) {
 
 class MediaFileGuard : public testing::Test {
 protected:
-    std::string Write(const std::string& bytes) {
-        m_path = testing::TempDir() + "guard-" + std::to_string(::getpid()) + ".jpg";
+    std::string Write(const std::string& bytes, const std::string& extension = ".jpg") {
+        m_path = testing::TempDir() + "guard-" + std::to_string(::getpid()) + extension;
         std::ofstream(m_path, std::ios::binary) << bytes;
         return m_path;
+    }
+
+    struct Refusal {
+        XMP_Int32 id = 0;
+        std::string message;
+    };
+    // Opens `bytes` as a file only packet scanning reads; a file that opens
+    // fails the test.
+    Refusal ScannedFileRefusal(const std::string& bytes) {
+        try {
+            SXMPFiles file(Write(bytes, ".dat").c_str(), kXMP_UnknownFile,
+                           kXMPFiles_OpenForRead | kXMPFiles_OpenUsePacketScanning);
+            ADD_FAILURE() << "accepted";
+        } catch (const XMP_Error& error) {
+            return {error.GetID(), error.GetErrMsg()};
+        }
+        return {};
     }
     void TearDown() override { std::remove(m_path.c_str()); }
     std::string m_path;
@@ -375,20 +392,13 @@ TEST_F(MediaFileGuard, FindsDeepMarkupWhereverAHandlerMayStart) {
     };
     for (const auto& testCase : kCases) {
         SCOPED_TRACE(testCase.name);
-        m_path = testing::TempDir() + "guard-" + std::to_string(::getpid()) + ".dat";
-        std::ofstream(m_path, std::ios::binary) << noise + testCase.bytes;
-        try {
-            SXMPFiles file(m_path.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead | kXMPFiles_OpenUsePacketScanning);
-            ADD_FAILURE() << "accepted";
-        } catch (const XMP_Error& error) {
-            const std::string message = error.GetErrMsg();
-            const std::string where = "kMaxNestingDepth) at line 1 of the packet at byte ";
-            const std::size_t found = message.find(where);
-            ASSERT_NE(found, std::string::npos) << message;
-            // UTF-16 that reads both ways round is named by either first byte.
-            const long long byte = std::stoll(message.substr(found + where.size()));
-            EXPECT_LE(std::llabs(byte - static_cast<long long>(noise.size() + testCase.root)), 1) << message;
-        }
+        const std::string message = ScannedFileRefusal(noise + testCase.bytes).message;
+        const std::string where = "kMaxNestingDepth) at line 1 of the packet at byte ";
+        const std::size_t found = message.find(where);
+        ASSERT_NE(found, std::string::npos) << message;
+        // UTF-16 that reads both ways round is named by either first byte.
+        const long long byte = std::stoll(message.substr(found + where.size()));
+        EXPECT_LE(std::llabs(byte - static_cast<long long>(noise.size() + testCase.root)), 1) << message;
     }
 }
 
@@ -396,34 +406,19 @@ TEST_F(MediaFileGuard, FindsDeepMarkupWhereverAHandlerMayStart) {
 // have looked at the rest of the file first (a million of them took hours).
 TEST_F(MediaFileGuard, AMillionFalseStartsAreEachReadOnlyAsFarAsTheyGo) {
     const std::string falseStarts = Repeated("<a ", 1000000);
-    m_path = testing::TempDir() + "guard-" + std::to_string(::getpid()) + ".dat";
-    std::ofstream(m_path, std::ios::binary) << falseStarts + NestedPacket(kNestingForms.front(), 2000);
-    try {
-        SXMPFiles file(m_path.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead | kXMPFiles_OpenUsePacketScanning);
-        ADD_FAILURE() << "accepted";
-    } catch (const XMP_Error& error) {
-        EXPECT_NE(std::string(error.GetErrMsg()).find("kMaxNestingDepth) at line 1 of the packet at byte " +
-                                                      std::to_string(falseStarts.size())),
-                  std::string::npos)
-            << error.GetErrMsg();
-    }
+    const std::string message = ScannedFileRefusal(falseStarts + NestedPacket(kNestingForms.front(), 2000)).message;
+    EXPECT_NE(message.find("kMaxNestingDepth) at line 1 of the packet at byte " + std::to_string(falseStarts.size())),
+              std::string::npos)
+        << message;
 }
 
 // Every start tag inside CDATA begins a pass that reads to the end again:
 // past a bound on re-reading, the file is refused rather than read for hours.
 TEST_F(MediaFileGuard, MarkupThatOverlapsItselfWithoutEndIsRefused) {
-    const std::string nested = Repeated("<a><![CDATA[", 10000) + "]]></a>";
-    m_path = testing::TempDir() + "guard-" + std::to_string(::getpid()) + ".dat";
-    std::ofstream(m_path, std::ios::binary) << nested;
-    try {
-        SXMPFiles file(m_path.c_str(), kXMP_UnknownFile, kXMPFiles_OpenForRead | kXMPFiles_OpenUsePacketScanning);
-        ADD_FAILURE() << "accepted";
-    } catch (const XMP_Error& error) {
-        EXPECT_EQ(error.GetID(), kXMPErr_BadXML);
-        EXPECT_NE(std::string(error.GetErrMsg()).find("markup that overlaps itself more often than the guard reads it"),
-                  std::string::npos)
-            << error.GetErrMsg();
-    }
+    const Refusal refusal = ScannedFileRefusal(Repeated("<a><![CDATA[", 10000) + "]]></a>");
+    EXPECT_EQ(refusal.id, kXMPErr_BadXML);
+    EXPECT_NE(refusal.message.find("markup that overlaps itself more often than the guard reads it"), std::string::npos)
+        << refusal.message;
 }
 
 TEST_F(MediaFileGuard, RefusesADeepPacketBeforeTheFileHandlerParsesIt) {
